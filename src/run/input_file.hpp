@@ -1,0 +1,105 @@
+// Text files being read: lines, free-form and fixed-column reads.
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "run/stop.hpp"  // for fault
+#include "run/text.hpp"  // for layout and text
+
+namespace vbn {
+
+// What one value of a free-form read is stored in. `skip()` reads a word and drops it.
+class target {
+ public:
+  enum class kind { integer, real, characters, skipped };
+
+  target(int& i) : kind_(kind::integer), integer_(&i) {}
+  target(double& r) : kind_(kind::real), real_(&r) {}
+  target(std::string& t) : kind_(kind::characters), text_(&t) {}
+  static target skip() { return target(); }
+
+  kind type() const { return kind_; }
+  int& integer() const { return *integer_; }
+  double& real() const { return *real_; }
+  std::string& characters() const { return *text_; }
+
+ private:
+  target() = default;
+
+  kind kind_ = kind::skipped;
+  int* integer_ = nullptr;
+  double* real_ = nullptr;
+  std::string* text_ = nullptr;
+};
+
+// A file taken into memory when it is opened, read line by line. The position is always the start of a line,
+// or the end of the file. Line ends are a line feed; a carriage return before it does not belong to the line.
+class input_file {
+ public:
+  // Opens an existing file. One that cannot be opened, or is no regular file, ends the run with a message
+  // that names it.
+  explicit input_file(std::string_view name);
+  // The same, asking for the outcome.
+  static std::optional<input_file> try_open(std::string_view name);
+  // A file that stands in memory, for tests and for text that has no file.
+  static input_file from_memory(std::string_view name, std::string content);
+
+  const std::string& name() const { return name_; }
+  // Number, from 1, of the line that was read last; 0 before the first.
+  int line_number() const { return line_; }
+
+  // The next line at its whole length, valid as long as the file is open. False at the end of the file.
+  bool read_line(std::string_view& line);
+  // Skips `count` lines. False when the file ends before.
+  bool skip_lines(int count);
+  // Goes back one line, so that the line read last is read again.
+  void back_line();
+  void rewind();
+  bool at_end() const { return pos_ >= content_.size(); }
+
+  // All of the content, and the position in it, for searches that are faster on the whole than line by line.
+  // After `seek_line_after(offset)` the file stands behind the line that holds the byte at `offset`, which is
+  // returned.
+  std::string_view content() const { return content_; }
+  std::size_t position() const { return pos_; }
+  std::string_view seek_line_after(std::size_t offset);
+
+  // Free-form read: takes as many values as there are targets, from the current line on, over as many lines
+  // as that takes; what is left of the last line is dropped. `expected` says in the message of a failure what
+  // was looked for, as "the coordinates of atom 3". A read that fails ends the run.
+  void read(std::initializer_list<target> targets, std::string_view expected);
+  void read(std::span<double> numbers, std::string_view expected);  // many reals, the fast way
+  // The same after dropping `words` words: "one word, then reals".
+  void read_after(int words, std::span<double> numbers, std::string_view expected);
+  // The same, asking for the outcome.
+  bool try_read(std::initializer_list<target> targets);
+
+  // Fixed-column read of reals under a layout of x, f and e items: one line, and more as the layout restarts.
+  void read_fixed(const layout& columns, std::span<double> numbers, std::string_view expected);
+
+  // A fault at the line read last, or at the end of the file, for messages of the readers.
+  fault here(std::string what, std::string expected) const;
+
+ private:
+  input_file() = default;
+
+  std::string name_;
+  std::string content_;
+  std::size_t pos_ = 0;
+  int line_ = 0;
+};
+
+// Free-form read from a text; running out of text is a failure. True when every target has its value.
+bool read_free(std::string_view from, std::initializer_list<target> targets);
+bool read_free_after(std::string_view from, int words, std::span<double> numbers);
+
+// Fixed-column read of one line of reals. A blank field reads as 0; a line that is too short counts as filled
+// with blanks; a field without a point has its last d digits after the point.
+bool read_fixed(std::string_view from, const layout& columns, std::span<double> numbers);
+
+}  // namespace vbn

@@ -1,0 +1,27 @@
+// Numbers to text and text to numbers: exact, independent of the locale, and fast.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vbn {
+
+// Each of these appends `w` columns, right-justified; a value that does not fit fills them with asterisks.
+// Rounding is to the nearest decimal of the exact value held. Not-a-number shows as NaN and an infinity as
+// Infinity, +Inf, -Inf or Inf as the width allows, in asterisks where not even that fits.
+void put_integer(std::string& out, int i, int w);          // w = 0: as many columns as it needs
+void put_fixed(std::string& out, double r, int w, int d);  // fw.d
+void put_exponent(std::string& out, double r, int w, int d, char letter);  // ew.d, dw.d: 0.ddddE+xx
+void put_scientific(std::string& out, double r, int w, int d);             // esw.d: d.ddddE+xx
+
+// The shortest text that reads back as the same number, for messages.
+std::string shortest(double r);
+
+// Whole-text conversions; false, and the number untouched, when the text is not wholly one number of that
+// kind. An integer is an optional sign and digits within 32 bits. A real is an optional sign, digits, a
+// point, and an exponent begun with E, e, D or d (or with its sign alone); a value beyond the range of a
+// double is no number, one below it reads as zero.
+bool to_integer(std::string_view a, int& i);
+bool to_real(std::string_view a, double& r);
+
+}  // namespace vbn
