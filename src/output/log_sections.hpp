@@ -1,0 +1,19 @@
+// The geometry and frequency tables of the log.
+#pragma once
+
+#include <string_view>
+
+#include "run/record.hpp"  // for states
+#include "run/text.hpp"    // for output_file
+
+namespace vbn {
+
+// Each writes one titled section on `fout`; `istate` is the number of the state in the title, 1 or 2, and
+// `massage` the title text of a geometry. Geometries are shown in angstrom with the masses in amu,
+// frequencies in cm-1, a negative one for an imaginary mode.
+void print_coord_origin(output_file& fout, const states& state, int istate, std::string_view massage);  // x0
+void print_coord(output_file& fout, const states& state, int istate, std::string_view massage);         // x
+void print_freq0(output_file& fout, const states& state, int istate);  // before the projection
+void print_freq(output_file& fout, const states& state, int istate);   // the current ones
+
+}  // namespace vbn
