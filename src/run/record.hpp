@@ -77,6 +77,8 @@ struct states {
   double nacme_q_norm = 0.0, nacme_q_norm0 = 0.0;
   array3<double> tdipd_x, tdipd_xq, tdipd_x0, tdipd_x1;  // (3,3,natom): dipole component, coordinate, atom
   array2<double> tdipd_q;                                // (3,n3)
+  array2<double>
+      dip_turn;  // (3,3) turn of the derivatives from the frame of their file; of no extent before any
 
   // Symmetry.
   double symm_tol = 0.01;
@@ -97,9 +99,9 @@ struct states {
   int nv = 0;                                            // n3 - 6
   int nb = 0, nl = 0, na = 0, nt = 0, nit = 0, nlt = 0;  // bonds, linear bends, bends, dihedrals, impropers,
                                                          // torsions about a linear bend
-  int nlin = 0;           // collinear chains
-  bool impropt = false;   // impropers are in use
-  array1<int> bond_num;   // (natom) neighbours of each atom
+  int nlin = 0;                                          // collinear chains
+  bool impropt = false;                                  // impropers are in use
+  array1<int> bond_num;                                  // (natom) neighbours of each atom
   array2<bool_> bond;     // (natom,natom) bond graph; of no extent when it was never searched
   array1<double> z;       // (nr) values
   array1<double> zd;      // (nr) differences between the states

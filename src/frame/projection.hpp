@@ -1,0 +1,34 @@
+// Removal of translations and rotations from the Hessian of a state.
+#pragma once
+
+#include "run/array.hpp"   // for array1, array2
+#include "run/record.hpp"  // for states
+
+namespace vbn {
+
+// Projects translations and rotations out of `fc` and `fcm` of a state and keeps copies of the result with
+// its spectrum in `fc1`, `fcm1`, `freq1` (atomic units) and `cm1`. The way follows from the key:
+//   1  mass-weighted vectors in the inertial frame, each normalised;
+//   2  vectors without masses, orthonormalised, on the Cartesian force constants;
+//   3  mass-weighted vectors, orthonormalised;
+// any other value, and an ONIOM state, leaves the Hessian as it is and does the rest. With 2 a rotation that
+// is no independent one (of a linear molecule) is told on standard output.
+// Published method: W. H. Miller, N. C. Handy, J. E. Adams (1980) for the projection of the Hessian.
+void get_proj_hessian(states& state, int proj_hessian);
+
+// The three projections. Shapes: x (3,natom) bohr, mass (natom) electron masses, the matrix (n3,n3).
+void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<double>& hess);
+void project_xhessian_rot(const array2<double>& x, array2<double>& hess);
+void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, array2<double>& fcm);
+
+// The mass-weighted vectors (n3,6) of the translations along and the rotations about x, y, z for coordinates
+// `x` that are relative to the centre of mass.
+array2<double> get_trans_rot_vec(const array1<double>& mass, const array2<double>& x);
+
+// The same, each column normalised unless its square is at most 1e-8.
+array2<double> formtrm1(const array1<double>& mass, const array2<double>& xc);
+
+// Shifts `x` so that its centre of mass is the origin.
+void com(const array1<double>& mass, array2<double>& x);
+
+}  // namespace vbn

@@ -1,0 +1,21 @@
+// Duschinsky matrices, displacements, Huang-Rhys factors and reorganisation energies in Cartesian
+// coordinates.
+#pragma once
+
+#include "run/array.hpp"   // for array1, array2
+#include "run/record.hpp"  // for states, input_keys
+
+namespace vbn {
+
+// Relates the normal modes of the two states, Qg = S(g,e) Qe + Dg and Qe = S(e,g) Qg + De, from `cm`, `freq`,
+// `x` and the masses of state 1. Fills `s`, `d` (root of electron mass x bohr), `d0`, `hr`, `lam` and `lamt`
+// (hartree), `freqt`, `zptlen` (root of electron mass x angstrom), `d_sign_cart` and `order` of both states.
+// Stops the run: modes that are not orthonormal (see test_fc).
+// Published method: F. Duschinsky (1937).
+void get_vbn(array1<states>& state, const input_keys& keys);
+
+// Stops the run when a diagonal element of c^T c exceeds 1 or another element exceeds 0 by more than 1e-12;
+// each such diagonal element is told on standard output. Shape: c (n,n).
+void test_fc(const array2<double>& c);
+
+}  // namespace vbn
