@@ -1,0 +1,57 @@
+// Scanners that find a marker line in a file of another program, and the small text routines around them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "run/input_file.hpp"  // for input_file
+
+namespace vbn {
+
+inline constexpr std::size_t search_width = 200;  // columns of a line that a search looks at
+
+// Each scanner looks from the current position on, the very next line included, and gives in `line` the whole
+// line that it stopped at. True: the target was found and the file stands behind its line. False: the file
+// stands at its end. Case matters everywhere.
+
+// The next line whose columns i to j equal `word`; trailing blanks do not count.
+bool search_word(input_file& file, int i, int j, std::string_view word, std::string_view& line);
+
+// The next line that holds `word` within its first `width` columns.
+bool search_word_free(input_file& file, std::string_view word, std::string_view& line,
+                      std::size_t width = search_width);
+
+// The last line of the whole file that holds `word`.
+bool search_word_free_last(input_file& file, std::string_view word, std::string_view& line);
+
+// The next line, and the last line of the whole file, that holds `word` when the blanks of both are left out.
+bool search_word_del_space(input_file& file, std::string_view word, std::string_view& line);
+bool search_word_last_del_space(input_file& file, std::string_view word, std::string_view& line);
+
+// The next line whose first word is a number for `is_number`.
+bool search_word_first_number(input_file& file, std::string_view& line);
+
+// The next line whose first word begins with a letter.
+bool search_word_first_letter(input_file& file, std::string_view& line);
+
+// Number of words; only the blank separates.
+int number_of_words(std::string_view words);
+
+// Word k of a line, from 1; empty when there are fewer.
+std::string_view word_of(std::string_view line, int k);
+
+// The text with every blank left out.
+std::string del_space(std::string_view a);
+
+// Digits only (a sign or a point makes it false), letters only; false for an empty text.
+bool is_number(std::string_view a);
+bool is_letter(std::string_view a);
+
+// The part of a path behind its last "/", and that without what stands from its last "." on.
+std::string name_base(std::string_view path);
+std::string name_main(std::string_view path);
+
+// A to Z folded to lower case.
+std::string lowercase(std::string_view a);
+
+}  // namespace vbn
