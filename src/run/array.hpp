@@ -1,5 +1,4 @@
-// Arrays that count from 1 like the atoms and modes they hold, column-major, each the one owner of its
-// memory.
+// Arrays that count from 1, column-major, each the one owner of its memory.
 #pragma once
 
 #include <cstddef>
