@@ -6,6 +6,9 @@
 
 namespace vbn {
 
+inline constexpr int max_width = 10000;  // columns of a field
+inline constexpr int max_digits = 400;   // digits after the point
+
 // Each of these appends `w` columns, right-justified; a value that does not fit fills them with asterisks.
 // Rounding is to the nearest decimal of the exact value held. Not-a-number shows as NaN and an infinity as
 // Infinity, +Inf, -Inf or Inf as the width allows, in asterisks where not even that fits.
@@ -13,6 +16,11 @@ void put_integer(std::string& out, int i, int w);          // w = 0: as many col
 void put_fixed(std::string& out, double r, int w, int d);  // fw.d
 void put_exponent(std::string& out, double r, int w, int d, char letter);  // ew.d, dw.d: 0.ddddE+xx
 void put_scientific(std::string& out, double r, int w, int d);             // esw.d: d.ddddE+xx
+
+// The number that begins at `from`, which ends where no more of it follows: the end of the number, or nullptr
+// and the value untouched when none stands there. The forms are those of `to_integer` and `to_real`.
+const char* scan_integer(const char* from, const char* to, int& i);
+const char* scan_real(const char* from, const char* to, double& r);
 
 // The shortest text that reads back as the same number, for messages.
 std::string shortest(double r);

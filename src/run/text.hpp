@@ -71,7 +71,8 @@ class value {
 
 // A line layout, parsed once: items, repeat counts and brackets in the notation of the Fortran standard's
 // formats (a, aw, iw, i0, fw.d, ew.d, dw.d, esw.d, x, nH, quoted texts, slash). A layout that cannot be
-// parsed is an error of the program and throws std::logic_error.
+// parsed is an error of the program and throws std::logic_error, as does a value under an item of another
+// kind, or one that no item is left for.
 class layout {
  public:
   explicit layout(std::string_view notation);
@@ -83,6 +84,8 @@ class layout {
   void write(std::string& out, std::initializer_list<value> values) const;
   // The same for a list of reals, such as a row of a matrix; the fast way for data files.
   void write(std::string& out, std::span<const double> values) const;
+  // The line that the values give as a text, without its line feed: for names and layouts made at run time.
+  std::string line(std::initializer_list<value> values) const;
 
   // One item of the layout as parsed.
   enum class item_kind { literal, blanks, characters, integer, fixed, exponent, scientific, new_line };
@@ -132,6 +135,7 @@ class output_file {
 
  private:
   void flush_if_full();
+  void flush();
 
   std::string name_;
   std::FILE* file_ = nullptr;

@@ -1,0 +1,285 @@
+// Line layouts: parsing of their notation, and lines written under them.
+#include <stdexcept>
+
+#include "run/number.hpp"  // for put_fixed
+#include "run/text.hpp"    // for layout
+
+namespace vbn {
+
+namespace {
+
+constexpr int max_items = 4000000;  // items with all repeat counts unrolled
+constexpr int max_depth = 50;       // brackets in brackets
+
+using item = layout::item;
+using item_kind = layout::item_kind;
+
+bool holds_value(const item& a) {
+  return a.kind == item_kind::characters || a.kind == item_kind::integer || a.kind == item_kind::fixed ||
+         a.kind == item_kind::exponent || a.kind == item_kind::scientific;
+}
+
+// Walks the notation once, from left to right.
+class parser {
+ public:
+  explicit parser(std::string_view notation) : notation_(notation) {}
+
+  void parse() {
+    if (next() != '(') bad("a layout begins with a bracket");
+    ++at_;
+    list(0);
+    if (next() != '\0') bad("something stands behind the last bracket");
+  }
+
+  std::vector<item> items;
+  std::size_t reversion = 0;
+
+ private:
+  [[noreturn]] void bad(const char* why) const {
+    throw std::logic_error("layout " + std::string(notation_) + ": " + why + ", at character " +
+                           std::to_string(at_ + 1));
+  }
+
+  // The next character that is no blank, in lower case; NUL at the end.
+  char next() {
+    while (at_ < notation_.size() && notation_[at_] == ' ') ++at_;
+    if (at_ == notation_.size()) return '\0';
+    const char c = notation_[at_];
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  }
+
+  // A number of at most `limit`, or -1 when none stands here.
+  int number(int limit) {
+    if (next() < '0' || next() > '9') return -1;
+    int n = 0;
+    for (; at_ < notation_.size() && notation_[at_] >= '0' && notation_[at_] <= '9'; ++at_) {
+      n = 10 * n + (notation_[at_] - '0');
+      if (n > limit) bad("a number is too large");
+    }
+    return n;
+  }
+
+  void add(const item& a, int count) {
+    if (items.size() + static_cast<std::size_t>(count) > max_items) bad("too many items");
+    items.insert(items.end(), static_cast<std::size_t>(count), a);
+  }
+
+  void add_literal(std::string_view characters) {
+    item a;
+    a.characters = characters;
+    add(a, 1);
+  }
+
+  // The items up to the closing bracket. A comma may be missing anywhere.
+  void list(int depth) {
+    for (;;) {
+      const char c = next();
+      if (c == ')') {
+        ++at_;
+        return;
+      }
+      if (c == ',') {
+        ++at_;
+      } else if (c == '"' || c == '\'') {
+        quoted();
+      } else {
+        counted(depth);
+      }
+    }
+  }
+
+  void quoted() {
+    const char quote = notation_[at_++];
+    std::string characters;
+    for (;; ++at_) {
+      if (at_ == notation_.size()) bad("a quote is missing");
+      if (notation_[at_] == quote) {
+        if (at_ + 1 == notation_.size() || notation_[at_ + 1] != quote) break;
+        ++at_;
+      }
+      characters += notation_[at_];
+    }
+    ++at_;
+    add_literal(characters);
+  }
+
+  // An item that may have a repeat count before it.
+  void counted(int depth) {
+    const int given = number(max_items);
+    if (given == 0) bad("a repeat count is zero");
+    const int count = given < 0 ? 1 : given;
+    item a;
+    const char c = next();
+    if (c != '\0') ++at_;
+    switch (c) {
+      case 'x':
+        a.kind = item_kind::blanks;
+        a.width = count;
+        return add(a, 1);
+      case '/':
+        a.kind = item_kind::new_line;
+        return add(a, count);
+      case 'h':
+        if (given < 0 || notation_.size() - at_ < static_cast<std::size_t>(count)) bad("text is missing");
+        add_literal(notation_.substr(at_, static_cast<std::size_t>(count)));
+        at_ += static_cast<std::size_t>(count);
+        return;
+      case '"':
+      case '\'': {
+        --at_;
+        const std::size_t first = items.size();
+        quoted();
+        return repeat(first, count);
+      }
+      case '(': {
+        if (depth == max_depth) bad("brackets are too deep");
+        const std::size_t first = items.size();
+        list(depth + 1);
+        repeat(first, count);
+        if (depth == 0) reversion = first;
+        return;
+      }
+      case 'a':
+        a.kind = item_kind::characters;
+        a.width = number(max_width);
+        if (a.width == 0) bad("a text has no columns");
+        if (a.width < 0) a.width = 0;
+        return add(a, count);
+      case 'i':
+        a.kind = item_kind::integer;
+        a.width = number(max_width);
+        if (a.width < 0) bad("an integer has no width");
+        return add(a, count);
+      case 'f':
+        a.kind = item_kind::fixed;
+        break;
+      case 'd':
+        a.kind = item_kind::exponent;
+        a.letter = 'D';
+        break;
+      case 'e':
+        a.kind = item_kind::exponent;
+        if (next() == 's') {
+          a.kind = item_kind::scientific;
+          ++at_;
+        }
+        break;
+      default:
+        bad("an item is unknown");
+    }
+    real_item(a, count);
+  }
+
+  void real_item(item& a, int count) {
+    a.width = number(max_width);
+    if (a.width < 1 || next() != '.') bad("a real has no width or no point");
+    ++at_;
+    a.digits = number(max_digits);
+    if (a.digits < (a.kind == item_kind::exponent ? 1 : 0)) bad("a real has no digits");
+    add(a, count);
+  }
+
+  // What was added since `first`, `count` times in all.
+  void repeat(std::size_t first, int count) {
+    const std::size_t size = items.size() - first;
+    if (size > 0 && static_cast<std::size_t>(count) > (max_items - first) / size) bad("too many items");
+    items.reserve(first + size * static_cast<std::size_t>(count));
+    for (std::size_t i = size; i < size * static_cast<std::size_t>(count); ++i) {
+      items.push_back(items[first + i - size]);
+    }
+  }
+
+  std::string_view notation_;
+  std::size_t at_ = 0;
+};
+
+[[noreturn]] void misfit() { throw std::logic_error("a value does not fit the kind of its layout item"); }
+
+void put_real(std::string& out, const item& a, double r) {
+  switch (a.kind) {
+    case item_kind::fixed:
+      return put_fixed(out, r, a.width, a.digits);
+    case item_kind::exponent:
+      return put_exponent(out, r, a.width, a.digits, a.letter);
+    case item_kind::scientific:
+      return put_scientific(out, r, a.width, a.digits);
+    default:
+      misfit();
+  }
+}
+
+void put(std::string& out, const item& a, double r) { put_real(out, a, r); }
+
+void put(std::string& out, const item& a, const value& v) {
+  switch (v.type()) {
+    case value::kind::real:
+      return put_real(out, a, v.real());
+    case value::kind::integer:
+      if (a.kind != item_kind::integer) misfit();
+      return put_integer(out, v.integer(), a.width);
+    case value::kind::characters: {
+      if (a.kind != item_kind::characters) misfit();
+      const std::string_view shown = v.characters();
+      const std::size_t width = a.width == 0 ? shown.size() : static_cast<std::size_t>(a.width);
+      if (shown.size() < width) out.append(width - shown.size(), ' ');
+      out.append(shown.substr(0, width));
+      return;
+    }
+  }
+}
+
+template <class T>
+void write_values(std::string& out, const std::vector<item>& items, std::size_t reversion,
+                  std::span<const T> values) {
+  std::size_t next = 0;
+  for (std::size_t start = 0;; start = reversion) {
+    const std::size_t before = next;
+    for (std::size_t i = start; i < items.size(); ++i) {
+      const item& a = items[i];
+      if (a.kind == item_kind::literal) {
+        out.append(a.characters);
+      } else if (a.kind == item_kind::blanks) {
+        out.append(static_cast<std::size_t>(a.width), ' ');
+      } else if (a.kind == item_kind::new_line) {
+        out += '\n';
+      } else if (next == values.size()) {
+        break;
+      } else {
+        put(out, a, values[next++]);
+      }
+    }
+    out += '\n';
+    if (next == values.size()) return;
+    if (next == before) throw std::logic_error("a layout has no item for the values that are left");
+  }
+}
+
+}  // namespace
+
+layout::layout(std::string_view notation) {
+  parser p(notation);
+  p.parse();
+  items_ = std::move(p.items);
+  reversion_ = p.reversion;
+}
+
+void layout::write(std::string& out, std::span<const value> values) const {
+  write_values(out, items_, reversion_, values);
+}
+
+void layout::write(std::string& out, std::initializer_list<value> values) const {
+  write(out, std::span<const value>(values.begin(), values.size()));
+}
+
+void layout::write(std::string& out, std::span<const double> values) const {
+  write_values(out, items_, reversion_, values);
+}
+
+std::string layout::line(std::initializer_list<value> values) const {
+  std::string out;
+  write(out, values);
+  out.pop_back();
+  return out;
+}
+
+}  // namespace vbn
