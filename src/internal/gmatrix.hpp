@@ -1,0 +1,28 @@
+// The non-redundant basis of a state's internal coordinates by way of the Wilson G matrix.
+#pragma once
+
+#include "run/array.hpp"   // for array1, array2
+#include "run/record.hpp"  // for states
+#include "run/text.hpp"    // for output_file
+
+namespace vbn {
+
+// Fills `bmbt`, `bm`, `ga` and `ag` of the state, which `int_allocate` has taken, from `br` (angstrom) and
+// the masses (electron masses): eigenvectors of G with an eigenvalue beyond gcut in magnitude,
+// orthonormalised by the -1/2 power of their own G matrix, so that bm bmT = 1 on the rows in use. Their
+// number goes to the log and must be n3 - 6 or n3 - 5; else the log tells the eigenvalues and the run stops.
+// One that is not `nv` gives a warning, as the later steps use the first `nv`. After Wilson, J. Chem. Phys. 9
+// (1941) 76, and Pulay, Fogarasi, J. Chem. Phys. 96 (1992) 2856.
+void get_int_gmatrix(states& state, double gcut, output_file& fout);
+
+// g(m,m) = B M^-1 BT of b(m,3n) and the n masses.
+void get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b, array2<double>& g);
+
+// ap = a^power of the symmetric a(n,n), through its eigenvectors, the columns of v; e are the eigenvalues
+// already raised to the power. A negative power takes eigenvalues of exactly zero as 0, and one other than -1
+// those between -1e-6 and 0 too, so that null directions contribute nothing. An eigenvalue below that, which
+// has no power in real numbers, ends the run.
+void matrix_power(double power, const array2<double>& a, array1<double>& e, array2<double>& v,
+                  array2<double>& ap);
+
+}  // namespace vbn

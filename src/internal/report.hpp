@@ -1,0 +1,12 @@
+// The section of the log that lists the redundant internal coordinates of a state.
+#pragma once
+
+#include "run/record.hpp"  // for states
+#include "run/text.hpp"    // for output_file
+
+namespace vbn {
+
+// Writes counts, definitions, values (angstrom, degrees) and B-matrix rows of all coordinates, kind by kind.
+void print_int_coord(const states& state, output_file& fout);
+
+}  // namespace vbn
