@@ -1,0 +1,148 @@
+// Overwrites every element by the signed value of its symmetry-unique representative.
+#include "symmetry/enforcement.hpp"  // for get_enforce_symm
+
+#include <cmath>
+
+#include "frame/hessian.hpp"   // for fc_to_fcm
+#include "frame/inertial.hpp"  // for get_inertial
+#include "frame/rotation.hpp"  // for set_sym_matrix
+#include "run/stop.hpp"        // for stop
+#include "run/text.hpp"        // for tell
+
+namespace vbn {
+
+namespace {
+
+// Ends the run when the root-mean-square change dx is above tol.
+void stop_if_changed(double dx, double tol) {
+  if (!(dx > tol)) return;
+  tell(layout(R"((2x,"tol = ", f15.7))"), {tol});
+  tell(layout(R"((2x,"dx  = ", f15.7))"), {dx});
+  tell(layout(R"((2x,"dx > tol, fs is not the same as f0, stop!"))"));
+  stop();
+}
+
+// An element of the force constants by the one that stands for it: the element of coordinate kx of atom ka
+// and lx of atom la, and the sign between the two.
+struct pair_element {
+  int ka, kx, la, lx, sg;
+};
+
+// What stands for the element of (a of atom i; b of atom j).
+pair_element id9(const symmetry_search& found, int b, int j, int a, int i) {
+  const representative pair = in_coord_basis2(found, i, j);
+  return {pair.atom, a, pair.other_atom, b, symm_op(a, pair.ip) * symm_op(b, pair.ip)};
+}
+
+}  // namespace
+
+void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirror, double tol) {
+  const int n = x.cols();
+  const auto on_plane = [&](int p, int i) { return std::abs(x(p, i)) < tol; };
+  for (int p = 1; p <= 3; ++p)
+    for (int i = 1; mirror(p) && i <= n; ++i)
+      if (on_plane(p, i)) x(p, i) = 0.0;
+
+  const layout kept(R"x(("Set mirror fc(",i6," ,",i6," ) = ",f15.7," > tol(",f15.7," )"))x");
+  for (int p = 1; p <= 3; ++p)
+    for (int k1 = 1; mirror(p) && k1 <= 3 * n; ++k1) {
+      const int i1 = (k1 + 2) / 3;
+      const int j1 = k1 - 3 * (i1 - 1);
+      if (!on_plane(p, i1)) continue;
+      for (int i2 = 1; i2 <= n; ++i2)
+        for (int j2 = 1; on_plane(p, i2) && j2 <= 3; ++j2) {
+          if ((j1 == p) == (j2 == p)) continue;
+          const int k2 = 3 * (i2 - 1) + j2;
+          if (std::abs(fc(k1, k2)) > tol) {
+            tell(kept, {k1, k2, fc(k1, k2), tol});
+          } else {
+            fc(k1, k2) = 0.0;
+          }
+        }
+    }
+}
+
+void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
+  const layout changed(R"(("get_array3: ", 4i4, 4f15.7))");
+  const int na = v0.cols();
+  array2<double> vs(3, na);
+  double dx = 0.0;
+  for (int ia = 1; ia <= na; ++ia)
+    for (int ix = 1; ix <= 3; ++ix) {
+      const int ja = id3(1, ix, ia), jx = id3(2, ix, ia), sg = id3(3, ix, ia);
+      vs(ix, ia) = sg * v0(jx, ja);
+      const double s = std::abs(v0(ix, ia) - vs(ix, ia));
+      if (s > tol) tell(changed, {ia, ix, ja, jx, v0(ix, ia), v0(jx, ja), vs(ix, ia), s});
+      dx += s * s;
+    }
+  stop_if_changed(std::sqrt(dx / (3 * na)), tol);
+  v0 = vs;
+}
+
+void get_array3s(const array3<int>& id3, array2<double>& v0, double tol, int& info) {
+  const int na = v0.cols();
+  bool lsame = true, ldiff = true;
+  for (int ia = 1; ia <= na; ++ia)
+    for (int ix = 1; ix <= 3; ++ix) {
+      const int ja = id3(1, ix, ia), jx = id3(2, ix, ia), sg = id3(3, ix, ia);
+      if (ia == ja) continue;
+      if (std::abs(v0(ix, ia) - sg * v0(jx, ja)) > tol) lsame = false;
+      if (std::abs(v0(ix, ia) + sg * v0(jx, ja)) > tol) ldiff = false;
+    }
+  info = lsame || ldiff ? 0 : -1;
+  if (info < 0) return;
+  const int isym = lsame ? 1 : -1;
+
+  array2<double> vs(3, na);
+  double dx = 0.0;
+  for (int ia = 1; ia <= na; ++ia)
+    for (int ix = 1; ix <= 3; ++ix) {
+      const int ja = id3(1, ix, ia), jx = id3(2, ix, ia), sg = id3(3, ix, ia);
+      vs(ix, ia) = (ia == ja ? sg : sg * isym) * v0(jx, ja);
+      dx += (v0(ix, ia) - vs(ix, ia)) * (v0(ix, ia) - vs(ix, ia));
+    }
+  stop_if_changed(std::sqrt(dx / (3 * na)), tol);
+  v0 = vs;
+}
+
+void get_array9(const symmetry_search& found, array2<double>& f0, double tol) {
+  const layout changed(R"(("get_array9:", 4(i4,2x), 4x, 4(2i4,2x), 4x, i4, 4f15.7))");
+  const int n3 = f0.rows();
+  array2<double> fs(n3, n3);
+  double dx = 0.0;
+  for (int ii = 1; ii <= n3; ++ii)
+    for (int jj = 1; jj <= n3; ++jj) {
+      const int ia = (ii + 2) / 3, ix = ii - 3 * (ia - 1);
+      const int ja = (jj + 2) / 3, jx = jj - 3 * (ja - 1);
+      const auto [ka, kx, la, lx, sg] = id9(found, jx, ja, ix, ia);
+      const int kk = 3 * (ka - 1) + kx, ll = 3 * (la - 1) + lx;
+      fs(jj, ii) = sg * f0(ll, kk);
+      const double s = (fs(jj, ii) - f0(jj, ii)) * (fs(jj, ii) - f0(jj, ii));
+      dx += s;
+      if (std::sqrt(s) > tol)
+        tell(changed,
+             {ii, jj, kk, ll, jx, ja, ix, ia, lx, la, kx, ka, sg, s, fs(jj, ii), f0(jj, ii), f0(ll, kk)});
+    }
+  stop_if_changed(std::sqrt(dx / n3 / n3), tol);
+  f0 = fs;
+  set_sym_matrix(f0);
+}
+
+void get_enforce_symm(states& state, bool enforce_symm) {
+  const symmetry_search found = point_group1(state);
+  if (!enforce_symm || state.new_pgrp == text<6>("C1")) return;
+  set_mirror(state.x, state.fc, state.mirror, state.symm_tol);
+  get_array3(state.id3, state.x, state.symm_tol);
+  get_array9(found, state.fc, state.symm_tol);
+  if (state.ifnac) {
+    get_array3(state.id3, state.x_nac, state.symm_tol);
+    int info = 0;
+    get_array3s(state.id3, state.nacme_x, state.symm_tol, info);
+  }
+  // The inertial frame starts from the mass-weighted matrix, which has to be the symmetrised one.
+  int info = 0;
+  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+  get_inertial(state);
+}
+
+}  // namespace vbn

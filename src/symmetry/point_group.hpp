@@ -1,0 +1,56 @@
+// The point group of a molecule in its inertial frame, its symmetry-adapted coordinates, and the atoms and
+// atom pairs that stand for the others.
+#pragma once
+
+#include "run/array.hpp"        // for array1, array2
+#include "run/record.hpp"       // for states
+#include "symmetry/tables.hpp"  // for n_symm_op
+
+namespace vbn {
+
+// What the search finds of one molecule of n atoms.
+struct symmetry_search {
+  array1<bool_> op{n_symm_op};  // the molecule has the operation
+  int nop = 0;                  // number of true flags
+  int npg = 1;                  // the group that they form
+  array2<int> jreln;   // (n,8) the atom onto which an operation sends an atom, 0 for a rejected operation
+  array2<int> jreln3;  // (n3,8) the same for coordinates, with the sign of the coordinate
+};
+
+// The whole search on `x` (bohr), `nat`, `mass` and `symm_tol` (bohr) of the state: fills `trans_symm`,
+// `nrep`, `nr_lw`, `nr_hi`, `ir_name`, `new_pgrp`, `mirror` and `id3`. Stops the run when two atoms are
+// closer than 0.1 bohr, and when the geometry rebuilt from its unique atoms is off by more than `symm_tol`.
+symmetry_search point_group1(states& state);
+
+// info = 0 when all atoms of x(3,n) are at least 0.1 bohr apart, else -1.
+void check_x(const array2<double>& x, int& info);
+
+// Tests the eight operations on x(3,n): an operation holds when the image of each atom lies within tol of an
+// atom of the same mass and element. Of several such atoms the first is taken; where this leaves maps that do
+// not multiply as the operations do, only E is kept, and the error stream is told.
+symmetry_search search_op1(const array2<double>& x, const array1<int>& nat, const array1<double>& mass,
+                           double tol);
+
+// The group that the flags form, 1 (C1) when they form none.
+int search_pg(const array1<bool_>& op);
+
+// Symmetry-adapted coordinates, the projections of the Cartesian ones on each irreducible representation,
+// into the rows of c(n3,n3), representation after representation. ir_lw and ir_hi (8): first and last row of
+// each, both 0 for one without coordinates, which takes up no row.
+void search_op3(const symmetry_search& found, array1<int>& ir_lw, array1<int>& ir_hi, array2<double>& c);
+
+// An atom or a pair of atoms by the lowest-numbered one that an operation sends to it.
+struct representative {
+  int atom;        // of a pair, the first
+  int other_atom;  // of a pair, the second; else 0
+  int ip;          // the lowest-numbered operation that does it
+};
+
+// The representative of atom iat, the lowest-numbered atom of its orbit.
+representative in_coord_basis(const symmetry_search& found, int iat);
+
+// The representative of the ordered pair (iat,jat): the pair of its orbit with the lowest first, then the
+// lowest second atom.
+representative in_coord_basis2(const symmetry_search& found, int iat, int jat);
+
+}  // namespace vbn
