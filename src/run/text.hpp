@@ -39,6 +39,8 @@ class text {
 
   friend bool operator==(const text& a, const text& b) { return a.held_ == b.held_; }
   friend bool operator==(const text& a, std::string_view b) { return a.trimmed() == trim(b); }
+  friend bool operator==(const text& a, const char* b) { return a == std::string_view(b); }
+  friend bool operator==(const text& a, const std::string& b) { return a == std::string_view(b); }
 
  private:
   std::array<char, n> held_;

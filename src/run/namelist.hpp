@@ -1,0 +1,90 @@
+// The scanner of an input group: takes "&name key(index) = values ... /" apart into keys, subscripts and
+// values.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vbn {
+
+// One subscript of an index: a number alone, or a section first:last:stride of which every part may be
+// missing.
+struct subscript {
+  bool section = false;
+  std::optional<int> first, last, stride;
+  std::size_t at = 0;  // where it stands
+};
+
+// One value of an assignment.
+struct group_value {
+  enum class kind { empty, word, quoted };
+
+  kind type = kind::empty;  // `empty` leaves what it stands for unchanged
+  int repeat = 1;           // stands for so many equal values
+  std::string text;         // a word as it stands; a quoted text without its quotes
+  std::size_t at = 0;       // where it stands
+};
+
+// Walks through the first group of a name in a text, in the notation of the Fortran standard's namelist
+// groups. The text must outlive the scanner. Places ("at") are offsets in the text. Whatever does not read
+// ends the run with a message that shows the place.
+//
+// Text before the group is skipped, and a comment there does not open it. Inside, blanks, tabs, line ends and
+// comments (from "!" to the end of the line) stand between all that is told apart, never within a word or a
+// number. A quoted text goes on over line ends, which do not belong to it.
+class group_scanner {
+ public:
+  // Stands behind the "&group" found. A text without the group ends the run.
+  group_scanner(std::string_view file, std::string_view content, std::string_view group);
+
+  // Takes the next key. False at the "/" that closes the group.
+  bool next_key();
+  // The key taken last, in lower case, and where it stands.
+  const std::string& key() const { return key_; }
+  std::size_t key_at() const { return key_at_; }
+
+  // With `next_key` done: whether an index follows the key. `next_subscript` then takes one subscript after
+  // the other, false behind the last.
+  bool open_index();
+  bool next_subscript(subscript& s);
+  // Takes the "=".
+  void take_equals();
+  // Takes the next value of the assignment; false at the next key or at the end of the group. A place between
+  // two commas, or between the "=" and a comma, is an empty value.
+  bool next_value(group_value& value);
+
+  // At the closing "/": whether a word goes on behind it, as in a path that lacks its quotes.
+  bool closes_inside_word() const;
+
+  // Number of the line of a place, from 1.
+  int line_of(std::size_t at) const;
+  // Ends the run with the message that shows the line of the place.
+  [[noreturn]] void fail_at(std::size_t at, std::string what, std::string expected) const;
+
+ private:
+  char peek(std::size_t at) const { return at < text_.size() ? text_[at] : '\0'; }
+  bool ended(std::size_t at) const { return at >= text_.size(); }
+  std::size_t after_line(std::size_t at) const;
+  std::size_t after_blanks(std::size_t at) const;
+  std::size_t after_name(std::size_t at) const;
+  std::size_t after_word(std::size_t at) const;
+  bool at_key(std::size_t at) const;
+  void need_open_group(std::size_t at) const;
+  std::optional<int> take_index_number();
+  int take_repeat();
+  std::string take_quoted();
+
+  std::string_view file_;
+  std::string_view text_;
+  std::string group_;
+  std::size_t opened_ = 0;  // where the group opens
+  std::size_t pos_ = 0;
+  std::string key_;
+  std::size_t key_at_ = 0;
+  bool first_subscript_ = false;
+  bool behind_value_ = false;  // a comma ends the value before it, and no empty one
+};
+
+}  // namespace vbn
