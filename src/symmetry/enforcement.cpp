@@ -2,11 +2,12 @@
 #include "symmetry/enforcement.hpp"  // for get_enforce_symm
 
 #include <cmath>
+#include <string>
 
 #include "frame/hessian.hpp"   // for fc_to_fcm
 #include "frame/inertial.hpp"  // for get_inertial
 #include "frame/rotation.hpp"  // for set_sym_matrix
-#include "run/stop.hpp"        // for stop
+#include "run/stop.hpp"        // for stop, warn
 #include "run/text.hpp"        // for tell
 
 namespace vbn {
@@ -60,6 +61,34 @@ void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirr
           }
         }
     }
+}
+
+void set_axis(const symmetry_search& found, array2<double>& x, array2<double>& fc, double tol) {
+  const int n = x.cols();
+  int kept = 0;
+  for (int p = op_e + 1; p <= op_i; ++p) {
+    const auto in_place = [&](int i) { return found.op(p) && found.jreln(i, p) == i; };
+    for (int i = 1; i <= n; ++i) {
+      if (!in_place(i)) continue;
+      for (int a = 1; a <= 3; ++a)
+        if (symm_op(a, p) < 0) x(a, i) = 0.0;
+      for (int j = 1; j <= n; ++j)
+        for (int a = 1; in_place(j) && a <= 3; ++a)
+          for (int b = 1; b <= 3; ++b) {
+            if (symm_op(a, p) == symm_op(b, p)) continue;
+            double& element = fc(3 * (j - 1) + b, 3 * (i - 1) + a);
+            if (std::abs(element) > tol) {
+              ++kept;
+            } else {
+              element = 0.0;
+            }
+          }
+    }
+  }
+  if (kept > 0)
+    warn(std::to_string(kept) +
+         " force constants between motions along an axis of rotation and across it are above symm_tol and "
+         "stay");
 }
 
 void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
@@ -132,6 +161,7 @@ void get_enforce_symm(states& state, bool enforce_symm) {
   const symmetry_search found = point_group1(state);
   if (!enforce_symm || state.new_pgrp == text<6>("C1")) return;
   set_mirror(state.x, state.fc, state.mirror, state.symm_tol);
+  set_axis(found, state.x, state.fc, state.symm_tol);
   get_array3(state.id3, state.x, state.symm_tol);
   get_array9(found, state.fc, state.symm_tol);
   if (state.ifnac) {

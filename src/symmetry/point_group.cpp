@@ -16,7 +16,6 @@ namespace vbn {
 namespace {
 
 constexpr double shortest_distance = 0.1;  // bohr; atoms closer than this are an error of the geometry
-constexpr int op_e = 1, op_sxy = 6, op_sxz = 7, op_syz = 8;
 
 int sign_of(int v) { return v < 0 ? -1 : 1; }
 
