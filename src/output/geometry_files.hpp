@@ -37,7 +37,7 @@ void write_xyz_dv(std::string_view fxyz_v, const array2<double>& x, std::span<co
 void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const array2<double>& x,
                    const array2<double>& v, const array1<double>& freq);
 
-// Element symbols by atomic number, two characters: 0 to 100, and "X " for any number outside.
+// Element symbols by atomic number, two characters: those of 1 to 100, and "X " for any other number.
 void get_element_name(const array1<int>& nat, array1<text<2>>& symbol);
 
 // The element that shows an atom of the second geometry: a neighbour in the same group, so that a viewer

@@ -1,0 +1,40 @@
+// Reads back what a test has let the program write.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace vbn {
+
+// Name of a scratch file of the test that runs, short enough for the names that the program holds.
+inline std::string scratch(const std::string& name) {
+  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+  const std::size_t own = std::hash<std::string>{}(std::string(test->test_suite_name()) + "." + test->name());
+  return testing::TempDir() + "vbn_" + std::to_string(getpid()) + "_" + std::to_string(own) + "_" + name;
+}
+
+inline std::string content_of(const std::string& name) {
+  std::ifstream file(name, std::ios::binary);
+  EXPECT_TRUE(file.is_open()) << name;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline std::vector<std::string> lines_of(const std::string& name) {
+  std::ifstream file(name, std::ios::binary);
+  EXPECT_TRUE(file.is_open()) << name;
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) lines.push_back(line);
+  return lines;
+}
+
+inline void write_text(const std::string& name, const std::string& content) {
+  std::ofstream(name, std::ios::binary) << content;
+}
+
+}  // namespace vbn
