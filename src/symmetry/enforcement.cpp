@@ -23,18 +23,6 @@ void stop_if_changed(double dx, double tol) {
   stop();
 }
 
-// An element of the force constants by the one that stands for it: the element of coordinate kx of atom ka
-// and lx of atom la, and the sign between the two.
-struct pair_element {
-  int ka, kx, la, lx, sg;
-};
-
-// What stands for the element of (a of atom i; b of atom j).
-pair_element id9(const symmetry_search& found, int b, int j, int a, int i) {
-  const representative pair = in_coord_basis2(found, i, j);
-  return {pair.atom, a, pair.other_atom, b, symm_op(a, pair.ip) * symm_op(b, pair.ip)};
-}
-
 }  // namespace
 
 void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirror, double tol) {

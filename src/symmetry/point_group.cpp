@@ -174,6 +174,11 @@ representative in_coord_basis2(const symmetry_search& found, int iat, int jat) {
   return lowest;
 }
 
+pair_element id9(const symmetry_search& found, int b, int j, int a, int i) {
+  const representative pair = in_coord_basis2(found, i, j);
+  return {pair.atom, a, pair.other_atom, b, symm_op(a, pair.ip) * symm_op(b, pair.ip)};
+}
+
 symmetry_search point_group1(states& state) {
   const array2<double>& x = state.x;
   int info = 0;

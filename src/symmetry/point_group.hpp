@@ -53,4 +53,14 @@ representative in_coord_basis(const symmetry_search& found, int iat);
 // lowest second atom.
 representative in_coord_basis2(const symmetry_search& found, int iat, int jat);
 
+// An element of the force constants by the one that stands for it: the element of coordinate kx of atom ka
+// and lx of atom la, and the sign between the two.
+struct pair_element {
+  int ka, kx, la, lx, sg;
+};
+
+// What stands for the element of coordinate a of atom i and b of atom j. A table of it would take 45 n^2
+// integers.
+pair_element id9(const symmetry_search& found, int b, int j, int a, int i);
+
 }  // namespace vbn

@@ -10,6 +10,11 @@ inline constexpr int n_point_group = 16;  // groups
 
 // All operations are diagonal: each coordinate of an atom keeps or changes its sign. Numbers 1 to 8 are E,
 // C2z, C2y, C2x, I, Sxy, Sxz, Syz.
+inline constexpr int op_e = 1;
+inline constexpr int op_i = 5;
+inline constexpr int op_sxy = 6;
+inline constexpr int op_sxz = 7;
+inline constexpr int op_syz = 8;
 
 // Sign that operation p gives to coordinate a (1..3 for x, y, z).
 int symm_op(int a, int p);
