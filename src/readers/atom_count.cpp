@@ -1,0 +1,151 @@
+// Counts the atoms of a state and finds the high layer of an ONIOM calculation.
+#include "readers/atom_count.hpp"  // for the routines
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "readers/qm_file.hpp"  // for qm_file_natom
+#include "readers/rows.hpp"     // for check_natom, next_row
+#include "readers/scan.hpp"     // for search_word, name_main
+#include "run/stop.hpp"         // for fail, exit_run, warn
+#include "run/text.hpp"         // for tell_free
+
+namespace vbn {
+
+namespace {
+
+constexpr std::size_t oniom_width = 500;  // columns of a line in which the word "oniom" is looked for
+constexpr int harmless_natom = 300;       // atoms whose matrices are taken whatever the file holds
+constexpr std::string_view high_layer = "H";
+
+// Goes to the first atom line of the molecule specification, behind the charge lines of the layers.
+bool first_atom_of_layers(input_file& file) {
+  std::string_view line;
+  file.rewind();
+  if (!search_word_free(file, "Charge =", line)) return false;
+  do {
+    if (!file.read_line(line)) return false;
+  } while (word_of(line, 1) == "Charge");
+  file.back_line();
+  return true;
+}
+
+// The layer of the atom in the next row.
+std::string_view next_layer(input_file& file) {
+  constexpr std::string_view expected = "an atom with its layer as sixth word";
+  const std::string_view layer = word_of(next_row(file, expected), 6);
+  if (layer.empty()) fail(file.here("cannot read the line", std::string(expected)));
+  return layer;
+}
+
+// Ends the run when the file of the force constants is too short for those of `natom` atoms, before arrays of
+// their extent are made. Small ones are left to the readers, which say what is missing.
+void check_size(std::string_view fhess, int natom) {
+  if (natom <= harmless_natom) return;
+  std::error_code none;  // a file without a size counts as full
+  const std::uintmax_t size = std::filesystem::file_size(fhess, none);
+  const std::uintmax_t n3 = 3 * static_cast<std::uintmax_t>(natom);
+  if (n3 * (n3 + 1) > size) {  // half a symmetric matrix, a digit and a blank a number
+    fail({"the file is too short for the force constants of " + std::to_string(natom) + " atoms",
+          std::string(fhess), 0, "", 0, std::to_string(n3 * (n3 + 1) / 2) + " force constants"});
+  }
+}
+
+bool can_be_read(const std::string& name) {
+  std::error_code none;
+  return std::filesystem::is_regular_file(name, none) && std::ifstream(name).is_open();
+}
+
+// The formatted checkpoint of a Gaussian log is looked for in the working directory, wherever the log is.
+text<200> checkpoint_of(std::string_view ffreq) {
+  const text<200> fchk = name_main(ffreq) + ".fchk";
+  if (!can_be_read(fchk.str())) {
+    tell_free({"Error! Can not find Gaussian fchk file!"});
+    tell_free({"Stop!"});
+    exit_run(1);
+  }
+  return fchk;
+}
+
+// Says on the error stream which file it is that the stop for a count below 1 speaks of.
+void warn_no_atoms(const qm_file& file, bool ifoniom) {
+  warn("no number of atoms found in " + file.file.name() +
+       (file.type.blank() ? ": no program is known that writes such a file"
+        : ifoniom         ? ": it holds the word \"oniom\", but no atoms of layer \"H\" behind \"Charge =\""
+                          : ", which is read as a " + file.type.str() + " file"));
+}
+
+}  // namespace
+
+void get_na(states& state) {
+  if (state.ffreq.blank()) {
+    fail({"no frequency file is named for one of the two states", "", 0, "", 0,
+          "ffreq(1) and ffreq(2) in the group &vbn"});
+  }
+  qm_file file = open_qm_file(state.ffreq.trimmed());
+  state.ffreq_type = file.type;
+  state.ffreq_version = file.version;
+  state.fhess = state.ffreq;
+  if (file.type == "GAUSSIAN LOG") {
+    state.fhess = checkpoint_of(state.ffreq.trimmed());
+    std::string_view line;
+    file.file.rewind();
+    if (search_word_free(file.file, "oniom", line, oniom_width)) state.ifoniom = true;
+  }
+  int info = 0;
+  if (state.ifoniom) {
+    qm_file_natom_oniom_qm(file, state.natom, state.nqmmm, info);
+  } else {
+    qm_file_natom(file, state.natom, info);
+  }
+  if (state.natom < 1) warn_no_atoms(file, state.ifoniom);
+  check_natom(file.file, state.natom);
+  check_size(state.fhess.trimmed(), state.ifoniom ? state.nqmmm : state.natom);
+  state.n3 = 3 * state.natom;
+}
+
+void get_oniom_index(states& state) {
+  if (!state.ifoniom) return;
+  qm_file file = open_qm_file(state.ffreq.trimmed());
+  int info = 0;
+  get_oniom_index1(file, state.natom, state.nqmmm, state.iqm, state.iqm3, info);
+}
+
+void get_oniom_index1(qm_file& file, int nqm, int nqmmm, array1<int>& iqm, array1<int>& iqm3, int& info) {
+  qm_file_oniom_index(file, nqm, nqmmm, iqm, info);
+  if (info != 0) return;
+  iqm3 = array1<int>(3 * nqm);
+  for (int i = 1; i <= nqm; ++i) {
+    for (int c = 1; c <= 3; ++c) iqm3(3 * (i - 1) + c) = 3 * (iqm(i) - 1) + c;
+  }
+}
+
+void qm_file_natom_oniom_qm(qm_file& file, int& nqm, int& nqmmm, int& info) {
+  nqm = 0;
+  nqmmm = 0;
+  info = -1;
+  if (file.type != "GAUSSIAN LOG") return;
+  qm_file_natom(file, nqmmm, info);
+  if (info != 0) return;
+  info = -1;
+  if (!first_atom_of_layers(file.file)) return;
+  for (int i = 1; i <= nqmmm; ++i) {
+    if (next_layer(file.file) == high_layer) ++nqm;
+  }
+  info = 0;
+}
+
+void qm_file_oniom_index(qm_file& file, int nqm, int nqmmm, array1<int>& idx, int& info) {
+  info = -1;
+  if (file.type != "GAUSSIAN LOG" || !first_atom_of_layers(file.file)) return;
+  idx = array1<int>(nqm);
+  int n = 0;
+  for (int i = 1; i <= nqmmm && n < nqm; ++i) {
+    if (next_layer(file.file) == high_layer) idx(++n) = i;
+  }
+  info = 0;
+}
+
+}  // namespace vbn

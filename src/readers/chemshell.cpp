@@ -1,0 +1,98 @@
+// Reads ChemShell files.
+#include <algorithm>
+#include <span>
+#include <string>
+
+#include "readers/programs.hpp"  // for the routines
+#include "readers/rows.hpp"      // for the rows of the tables
+#include "readers/scan.hpp"      // for the searches
+#include "run/stop.hpp"          // for stop, fail
+#include "run/text.hpp"          // for layout, tell_free
+
+namespace vbn {
+
+namespace {
+
+constexpr int lines_before_block = 11;  // of force constants
+constexpr int block_columns = 9;        // numbers in a row of a block
+constexpr int label_width = 20;         // columns in front of them
+constexpr int field_width = 12;         // columns of each
+
+// Goes to the first row of the input coordinates.
+bool first_atom(input_file& file, std::string_view& line) {
+  return search_word_free(file, "Input Coordinates", line) && search_word_first_number(file, line);
+}
+
+}  // namespace
+
+bool chemshell_natom(input_file& file, int& natom) {
+  std::string_view line;
+  if (!first_atom(file, line)) return false;
+  for (natom = 1; file.read_line(line); ++natom) {
+    if (!is_number(word_of(line, 1))) return true;
+  }
+  fail(file.here("the file ends inside the table of atoms", "a line behind its last row"));
+}
+
+void chemshell_nat(input_file& file, array1<int>& nat) {
+  std::string_view line;
+  if (!first_atom(file, line)) fail_missing(file, "the atoms", "a line with \"Input Coordinates\"");
+  file.back_line();
+  symbol_rows(file, 2, nat);
+}
+
+void chemshell_mass(input_file& file, array1<double>& mass) {
+  std::string_view line;
+  if (search_word(file, 11, 24, "atomic weights", line)) {
+    if (!search_word_first_number(file, line)) {
+      fail_missing(file, "the masses", "rows behind \"atomic weights\"");
+    }
+    file.back_line();
+    return mass_rows(file, 3, mass);
+  }
+  file.rewind();
+  array1<int> nat(mass.size());
+  isotope_table_nat(file, nat);
+  element_masses(nat, mass);
+}
+
+void chemshell_coord(input_file& file, array2<double>& x) {
+  std::string_view line;
+  if (!search_word(file, 32, 48, "Input Coordinates", line)) {
+    tell_and_stop({"Error!", "Can not find coordinate in ChemShell output file, stop!"});
+  }
+  skip_rows(file, 2, "the coordinates");
+  coordinate_rows(file, 3, false, x);
+}
+
+// A full square in blocks of nine columns, of which the lower triangle is taken.
+void chemshell_fc(input_file& file, int natom, array2<double>& fc) {
+  static const layout row("(20X,9F12.8)");
+  constexpr std::string_view expected = "a row of up to nine force constants from column 21 on";
+  std::string_view line;
+  if (!search_word(file, 23, 53, "cartesian force constant matrix", line)) {
+    tell_free({"No force matrix information found"});
+    stop();
+  }
+  skip_rows(file, 1, "the force constants");
+  fc = force_constant_matrix(file, natom);
+  const int n3 = fc.rows();
+  for (int kb = 1; kb <= n3; kb += block_columns) {
+    const int ke = std::min(kb + block_columns - 1, n3);
+    skip_rows(file, lines_before_block, "a block of force constants");
+    for (int j = 1; j <= n3; ++j) {
+      if (!file.read_line(line)) fail(file.here("the file ends too early", std::string(expected)));
+      const int wanted =
+          std::min(ke, j) - kb + 1;  // fields of the lower triangle, none of which may be blank
+      double numbers[block_columns];
+      if ((wanted > 0 && static_cast<int>(trim(line).size()) <= label_width + field_width * (wanted - 1)) ||
+          !read_fixed(line, row, std::span(numbers).first(static_cast<std::size_t>(ke - kb + 1)))) {
+        fail(file.here("cannot read the line", std::string(expected)));
+      }
+      for (int k = kb; k < kb + wanted; ++k) fc(j, k) = numbers[k - kb];
+    }
+  }
+  mirror_lower(fc);
+}
+
+}  // namespace vbn

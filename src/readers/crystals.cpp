@@ -1,0 +1,51 @@
+// Reads what VASP, PWscf and crystallographic (CIF) files tell of a structure.
+#include "readers/programs.hpp"  // for the routines
+#include "readers/rows.hpp"      // for the rows of the tables
+#include "readers/scan.hpp"      // for the searches
+
+#include <algorithm>
+
+namespace vbn {
+
+namespace {
+
+// The integer from a column of a line on.
+int integer_from(const input_file& file, std::string_view line, std::size_t column,
+                 std::string_view expected) {
+  return row_integer(file, line.substr(std::min(column - 1, line.size())), 1, expected);
+}
+
+}  // namespace
+
+bool cif_natom(input_file& file, int& natom) {
+  std::string_view line;
+  if (!search_word_free(file, "_atom_site_occupancy", line) || !file.read_line(line)) return false;
+  for (natom = 0; file.read_line(line) && trim(line) != "loop_"; ++natom) {
+  }
+  return true;
+}
+
+bool pwout_natom(input_file& file, int& natom) {
+  std::string_view line;
+  if (!search_word_free(file, "number of atoms", line)) return false;
+  natom = integer_from(file, line, 34, "the number of atoms from column 34 on");
+  return true;
+}
+
+bool vasp_natom(input_file& file, int& natom) {
+  std::string_view line;
+  if (!search_word_free(file, "number of ions", line)) return false;
+  natom = integer_from(file, line, 67, "the number of ions from column 67 on");
+  return true;
+}
+
+void vasp_coord(input_file& file, array2<double>& x) {
+  std::string_view line;
+  if (!search_word_free_last(file, "POSITION", line)) {
+    fail_missing(file, "the coordinates", "a line with \"POSITION\"");
+  }
+  skip_rows(file, 1, "the table of positions");
+  coordinate_rows(file, 0, true, x);
+}
+
+}  // namespace vbn

@@ -1,0 +1,156 @@
+// Rows of tables: words and numbers of a line, and what is said when they are not there.
+#include "readers/rows.hpp"  // for the routines
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "readers/elements.hpp"  // for symbol_to_nat, nat_to_mass
+#include "readers/scan.hpp"      // for word_of
+#include "run/constants.hpp"     // for bohr_to_ang
+#include "run/number.hpp"        // for to_integer
+#include "run/stop.hpp"          // for fail, stop
+#include "run/text.hpp"          // for tell, layout
+
+namespace vbn {
+
+namespace {
+
+constexpr std::size_t bytes_per_atom = 6;  // at least: three coordinates of a digit, and what separates them
+
+// A number that a read leaves untouched (a comma with nothing before it, a slash) keeps this mark.
+constexpr double unread = std::numeric_limits<double>::quiet_NaN();
+
+void mark_unread(std::span<double> numbers) { std::fill(numbers.begin(), numbers.end(), unread); }
+
+bool all_read(std::span<const double> numbers) {
+  return std::none_of(numbers.begin(), numbers.end(), [](double r) { return std::isnan(r); });
+}
+
+}  // namespace
+
+void check_natom(const input_file& file, int natom) {
+  if (natom < 1) {
+    static const layout error(R"x((2x,"Error!"))x");
+    static const layout count(R"x((2x,"natom =", i20))x");
+    static const layout stopped(R"x((2x,"Stop!"))x");
+    tell(error);
+    tell(count, {natom});
+    tell(stopped);
+    stop();
+  }
+  if (static_cast<std::size_t>(natom) > file.content().size() / bytes_per_atom) {
+    fail({"the file is too short for " + std::to_string(natom) + " atoms", file.name(), 0, "", 0,
+          "a line for every atom; the number of atoms in the file may be wrong"});
+  }
+}
+
+void fail_missing(const input_file& file, std::string_view what, std::string_view marker) {
+  fail({"cannot find " + std::string(what), file.name(), 0, "", 0,
+        std::string(marker) + "; the file may be incomplete, or of a job that does not print it"});
+}
+
+void tell_and_stop(std::initializer_list<std::string_view> lines) {
+  static const layout whole_line("(a)");
+  for (const std::string_view line : lines) tell(whole_line, {line});
+  stop();
+}
+
+void skip_rows(input_file& file, int count, std::string_view table) {
+  if (!file.skip_lines(count)) fail(file.here("the file ends too early", std::string(table)));
+}
+
+std::string_view next_row(input_file& file, std::string_view expected) {
+  std::string_view line;
+  while (file.read_line(line)) {
+    if (!word_of(line, 1).empty()) return line;
+  }
+  fail(file.here("the file ends too early", std::string(expected)));
+}
+
+void row_numbers(const input_file& file, std::string_view line, int words, std::span<double> numbers,
+                 std::string_view expected) {
+  mark_unread(numbers);
+  if (!read_free_after(line, words, numbers) || !all_read(numbers)) {
+    fail(file.here("cannot read the line", std::string(expected)));
+  }
+}
+
+void all_numbers(input_file& file, std::span<double> numbers, std::string_view expected) {
+  mark_unread(numbers);
+  file.read(numbers, expected);
+  if (!all_read(numbers)) fail(file.here("a value is missing", std::string(expected)));
+}
+
+int row_integer(const input_file& file, std::string_view line, int k, std::string_view expected) {
+  int i = 0;
+  if (!to_integer(word_of(line, k), i)) {
+    fail(file.here("cannot read the line", std::string(expected)));
+  }
+  return i;
+}
+
+void symbol_rows(input_file& file, int k, array1<int>& nat, std::size_t width) {
+  const std::string expected = "an atom with its element symbol as word " + std::to_string(k);
+  for (int& number : nat) {
+    number = symbol_to_nat(word_of(next_row(file, expected), k).substr(0, width));
+    if (number == 0) fail(file.here("no element has this symbol", expected));
+  }
+}
+
+void number_rows(input_file& file, int k, array1<int>& nat) {
+  const std::string expected = "an atom with its atomic number as word " + std::to_string(k);
+  for (int& number : nat) number = row_integer(file, next_row(file, expected), k, expected);
+}
+
+void mass_rows(input_file& file, int k, array1<double>& mass) {
+  const std::string expected = "an atom with its mass as word " + std::to_string(k);
+  for (double& m : mass) row_numbers(file, next_row(file, expected), k - 1, {&m, 1}, expected);
+}
+
+void coordinate_rows(input_file& file, int words, bool angstrom, array2<double>& x) {
+  const std::string expected = "an atom: " + std::to_string(words) + " words, then x, y and z";
+  for (int i = 1; i <= x.cols(); ++i)
+    row_numbers(file, next_row(file, expected), words, x.column(i), expected);
+  if (angstrom) {
+    for (double& r : x.span()) r /= bohr_to_ang;
+  }
+}
+
+int rows_to_blank(input_file& file) {
+  std::string_view line;
+  for (int n = 0; file.read_line(line); ++n) {
+    if (word_of(line, 1).empty()) return n;
+  }
+  fail(file.here("the file ends inside the table of atoms", "a blank line behind its last row"));
+}
+
+void element_masses(const array1<int>& nat, array1<double>& mass) {
+  for (int i = 1; i <= nat.size(); ++i) mass(i) = nat_to_mass(nat(i));
+}
+
+array2<double> force_constant_matrix(const input_file& file, int natom) {
+  const std::int64_t n3 = 3 * static_cast<std::int64_t>(natom);
+  // Half a symmetric matrix, a digit and a blank a number.
+  if (n3 * (n3 + 1) > static_cast<std::int64_t>(file.content().size())) {
+    fail({"the file is too short for the force constants of " + std::to_string(natom) + " atoms", file.name(),
+          0, "", 0, std::to_string(n3 * (n3 + 1) / 2) + " force constants; the file may be incomplete"});
+  }
+  return {static_cast<int>(n3), static_cast<int>(n3)};
+}
+
+void mirror_lower(array2<double>& fc) {
+  for (int i = 1; i <= fc.rows(); ++i) {
+    for (int j = 1; j < i; ++j) fc(j, i) = fc(i, j);
+  }
+}
+
+void mirror_upper(array2<double>& fc) {
+  for (int i = 1; i <= fc.rows(); ++i) {
+    for (int j = 1; j < i; ++j) fc(i, j) = fc(j, i);
+  }
+}
+
+}  // namespace vbn

@@ -1,0 +1,208 @@
+// Scanners over a file in memory: a word is searched for in the whole content, and the line around each hit
+// is looked at afterwards.
+#include "readers/scan.hpp"  // for search_width
+
+#include <algorithm>
+#include <cstring>
+
+#include "run/text.hpp"  // for trim, adjustl
+
+namespace vbn {
+
+namespace {
+
+constexpr std::size_t none = std::string_view::npos;
+
+std::size_t find_word(std::string_view content, std::string_view word, std::size_t from) {
+  const void* hit = memmem(content.data() + from, content.size() - from, word.data(), word.size());
+  return hit == nullptr ? none : static_cast<std::size_t>(static_cast<const char*>(hit) - content.data());
+}
+
+std::size_t find_char(std::string_view content, char c, std::size_t from) {
+  if (from >= content.size()) return none;
+  const void* hit = std::memchr(content.data() + from, c, content.size() - from);
+  return hit == nullptr ? none : static_cast<std::size_t>(static_cast<const char*>(hit) - content.data());
+}
+
+// The last `c` before `end`.
+std::size_t find_char_before(std::string_view content, char c, std::size_t end) {
+  const void* hit = memrchr(content.data(), c, end);
+  return hit == nullptr ? none : static_cast<std::size_t>(static_cast<const char*>(hit) - content.data());
+}
+
+// First byte of the line that holds the byte at `at`.
+std::size_t line_begin(std::string_view content, std::size_t at) {
+  return find_char_before(content, '\n', at) + 1;  // none + 1 is 0, the first line
+}
+
+// The line feed behind the byte at `at`, or the end of the content. A word that stands too far right in a
+// line is not looked for in that line again.
+std::size_t line_end(std::string_view content, std::size_t at) {
+  return std::min(find_char(content, '\n', at), content.size());
+}
+
+// Byte behind the word that starts at `from` when blanks are passed over; none when it does not start there.
+// A word holds no line feed, so it never runs into the next line.
+std::size_t match_without_blanks(std::string_view content, std::size_t from, std::string_view word) {
+  std::size_t at = from;
+  for (const char c : word) {
+    while (at < content.size() && content[at] == ' ') ++at;
+    if (at == content.size() || content[at] != c) return none;
+    ++at;
+  }
+  return at;
+}
+
+// The same for the word as it stands.
+std::size_t match_as_is(std::string_view content, std::size_t from, std::string_view word) {
+  return content.substr(from, word.size()) == word ? from + word.size() : none;
+}
+
+bool stop_behind(input_file& file, std::size_t at, std::string_view& line) {
+  line = file.seek_line_after(at);
+  return true;
+}
+
+bool stop_at_end(input_file& file, std::string_view& line) {
+  if (!file.content().empty()) line = file.seek_line_after(file.content().size() - 1);
+  return false;
+}
+
+// The last line of the file that `match` finds the word in, looked for from the end.
+bool search_last(input_file& file, std::string_view word, std::string_view& line,
+                 std::size_t (*match)(std::string_view, std::size_t, std::string_view)) {
+  const std::string_view content = file.content();
+  for (std::size_t at = content.size(); (at = find_char_before(content, word.front(), at)) != none;) {
+    const std::size_t end = match(content, at, word);
+    if (end == none) continue;
+    const std::size_t begin = line_begin(content, at);
+    if (end - begin <= search_width) return stop_behind(file, at, line);
+    at = std::min(at, begin + search_width);
+  }
+  return stop_at_end(file, line);
+}
+
+// True when the columns from `at` to before `end` are blank; behind its last character a line is.
+bool blank_columns(std::string_view content, std::size_t at, std::size_t end) {
+  for (; at < end && at < content.size() && content[at] != '\n'; ++at) {
+    const bool line_end = content[at] == '\r' && (at + 1 == content.size() || content[at + 1] == '\n');
+    if (content[at] != ' ' && !line_end) return false;
+  }
+  return true;
+}
+
+bool is_letter_char(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+}  // namespace
+
+bool search_word(input_file& file, int i, int j, std::string_view word, std::string_view& line) {
+  const std::string_view content = file.content();
+  const auto first = static_cast<std::size_t>(i - 1);
+  const auto last = std::min(static_cast<std::size_t>(j), search_width);
+  for (std::size_t at = file.position(); (at = find_word(content, word, at)) != none;) {
+    const std::size_t begin = line_begin(content, at);
+    if (at == begin + first && at + word.size() <= begin + last &&
+        blank_columns(content, at + word.size(), begin + last)) {
+      return stop_behind(file, at, line);
+    }
+    at = at < begin + first ? at + 1 : line_end(content, at);
+  }
+  return stop_at_end(file, line);
+}
+
+bool search_word_free(input_file& file, std::string_view word, std::string_view& line, std::size_t width) {
+  const std::string_view content = file.content();
+  for (std::size_t at = file.position(); (at = find_word(content, word, at)) != none;) {
+    if (at + word.size() - line_begin(content, at) <= width) return stop_behind(file, at, line);
+    at = line_end(content, at);
+  }
+  return stop_at_end(file, line);
+}
+
+bool search_word_free_last(input_file& file, std::string_view word, std::string_view& line) {
+  return search_last(file, word, line, match_as_is);
+}
+
+bool search_word_del_space(input_file& file, std::string_view word, std::string_view& line) {
+  const std::string_view content = file.content();
+  const std::string letters = del_space(word);
+  for (std::size_t at = file.position(); (at = find_char(content, letters.front(), at)) != none;) {
+    const std::size_t end = match_without_blanks(content, at, letters);
+    if (end != none && end - line_begin(content, at) <= search_width) return stop_behind(file, at, line);
+    at = end == none ? at + 1 : line_end(content, at);
+  }
+  return stop_at_end(file, line);
+}
+
+bool search_word_last_del_space(input_file& file, std::string_view word, std::string_view& line) {
+  return search_last(file, del_space(word), line, match_without_blanks);
+}
+
+bool search_word_first_number(input_file& file, std::string_view& line) {
+  while (file.read_line(line)) {
+    if (is_number(word_of(line.substr(0, search_width), 1))) return true;
+  }
+  return false;
+}
+
+bool search_word_first_letter(input_file& file, std::string_view& line) {
+  while (file.read_line(line)) {
+    const std::string_view word = word_of(line.substr(0, search_width), 1);
+    if (!word.empty() && is_letter_char(word.front())) return true;
+  }
+  return false;
+}
+
+int number_of_words(std::string_view words) {
+  int n = 0;
+  while (!(words = adjustl(words)).empty()) {
+    words.remove_prefix(std::min(words.find(' '), words.size()));
+    ++n;
+  }
+  return n;
+}
+
+std::string_view word_of(std::string_view line, int k) {
+  std::string_view rest = adjustl(line);
+  for (int skipped = 1; skipped < k; ++skipped) {
+    rest.remove_prefix(std::min(rest.find(' '), rest.size()));
+    rest = adjustl(rest);
+  }
+  return rest.substr(0, rest.find(' '));
+}
+
+std::string del_space(std::string_view a) {
+  std::string b(a);
+  std::erase(b, ' ');
+  return b;
+}
+
+bool is_number(std::string_view a) {
+  a = trim(adjustl(a));
+  return !a.empty() && std::all_of(a.begin(), a.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+bool is_letter(std::string_view a) {
+  a = trim(adjustl(a));
+  return !a.empty() && std::all_of(a.begin(), a.end(), is_letter_char);
+}
+
+std::string name_base(std::string_view path) {
+  path = trim(adjustl(path));
+  return std::string(path.substr(path.rfind('/') + 1));  // none + 1 is 0, the whole text
+}
+
+std::string name_main(std::string_view path) {
+  const std::string base = name_base(path);
+  return base.substr(0, base.rfind('.'));
+}
+
+std::string lowercase(std::string_view a) {
+  std::string b(a);
+  for (char& c : b) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return b;
+}
+
+}  // namespace vbn

@@ -1,0 +1,102 @@
+// Reads Turbomole files (aoforce).
+#include <algorithm>
+#include <span>
+#include <string>
+
+#include "readers/programs.hpp"  // for the routines
+#include "readers/rows.hpp"      // for the rows of the tables
+#include "readers/scan.hpp"      // for the searches
+#include "run/stop.hpp"          // for fail
+#include "run/text.hpp"          // for layout
+
+namespace vbn {
+
+namespace {
+
+constexpr int block_columns = 6;  // numbers in a row of a block of force constants
+constexpr int field_width = 10;   // columns of each
+
+// What stands behind the label "dx", "dy" or "dz" of a row of force constants.
+std::string_view behind_label(std::string_view row) {
+  const std::size_t d = row.find('d');
+  return row.substr(d == std::string_view::npos ? row.size() : std::min(d + 3, row.size()));
+}
+
+}  // namespace
+
+bool turbomole_natom(input_file& file, int& natom) {
+  std::string_view line;
+  if (!search_word_del_space(file, "total:", line)) return false;
+  natom = row_integer(file, line, 2, "\"total:\" and the number of atoms");
+  return true;
+}
+
+void isotope_table_nat(input_file& file, array1<int>& nat) {
+  constexpr std::string_view heading = "Atomic coordinate, charge and isotop information";
+  std::string_view line;
+  if (!search_word(file, 17, 64, heading, line) || !file.read_line(line) ||
+      !search_word_first_letter(file, line)) {
+    fail_missing(file, "the atoms",
+                 "\"" + std::string(heading) + "\" in columns 17 to 64 and rows behind it");
+  }
+  symbol_rows(file, 4, nat);
+}
+
+void turbomole_nat(input_file& file, array1<int>& nat) { isotope_table_nat(file, nat); }
+
+void turbomole_mass(input_file& file, array1<double>& mass) {
+  std::string_view line;
+  if (search_word_free(file, "ATOMIC WEIGHTS", line)) {
+    if (!search_word_first_number(file, line)) {
+      fail_missing(file, "the masses", "rows behind \"ATOMIC WEIGHTS\"");
+    }
+    file.back_line();
+    return mass_rows(file, 3, mass);
+  }
+  file.rewind();
+  array1<int> nat(mass.size());
+  isotope_table_nat(file, nat);
+  element_masses(nat, mass);
+}
+
+void turbomole_coord(input_file& file, array2<double>& x) {
+  std::string_view line;
+  if (!search_word_free(file, "atomic coordinates", line)) {
+    tell_and_stop({"Error!", "Can not find coordinate in TURBOMOLE output file, stop!"});
+  }
+  coordinate_rows(file, 0, false, x);
+}
+
+// The lower triangle in blocks of six columns. The rows of a block begin with its own diagonal, so the first
+// of them grow by one number each.
+void turbomole_fc(input_file& file, int natom, array2<double>& fc) {
+  static const layout fields("(6f10.7)");
+  constexpr std::string_view expected =
+      "\"dx\", \"dy\" or \"dz\" and up to six force constants of ten columns";
+  std::string_view line;
+  if (!search_word_free(file, "CARTESIAN FORCE CONSTANT MATRIX", line)) {
+    tell_and_stop({"Error!", "Can not find force constant matrix in turbomole log file. Stop!"});
+  }
+  fc = force_constant_matrix(file, natom);
+  const int n3 = fc.rows();
+  for (int ib = 1; ib <= n3; ib += block_columns) {
+    if (!search_word_free(file, "ATOM", line)) {
+      fail_missing(file, "the block of force constants from column " + std::to_string(ib) + " on",
+                   "a line with \"ATOM\"");
+    }
+    skip_rows(file, 1, "a block of force constants");
+    for (int i = ib; i <= n3; ++i) {
+      if (!file.read_line(line)) fail(file.here("the file ends too early", std::string(expected)));
+      const std::string_view row = trim(behind_label(line));
+      const int count = std::min(i - ib + 1, block_columns);
+      double numbers[block_columns];
+      if (static_cast<int>(row.size()) <= field_width * (count - 1) ||
+          !read_fixed(row, fields, std::span(numbers).first(static_cast<std::size_t>(count)))) {
+        fail(file.here("cannot read the line", std::string(expected)));
+      }
+      for (int j = ib; j < ib + count; ++j) fc(i, j) = fc(j, i) = numbers[j - ib];
+    }
+  }
+}
+
+}  // namespace vbn
