@@ -10,14 +10,14 @@
 #include "run/input_file.hpp"  // for input_file and read_free
 #include "run/key_table.hpp"   // for input_key
 #include "run/namelist.hpp"    // for group_scanner
-#include "run/stop.hpp"        // for fail, stop and warn
+#include "run/stop.hpp"        // for fail and stop
 
 namespace vbn {
 
 namespace {
 
 constexpr std::string_view group_name = "vbn";
-constexpr std::size_t shown_value = 40;  // characters of a value that a message shows
+constexpr std::size_t shown_key = 40;  // characters of an unknown key that a message shows
 
 // The indices that one subscript stands for: `count` of them from `first` on, `stride` apart.
 struct index_range {
@@ -151,9 +151,7 @@ void take_values(group_scanner& scanner, const input_key& key, const selection& 
     for (int i = 0; i < value.repeat; ++i) {
       const int element = chosen.element(filled++);
       if (!store_value(input, key, element, value)) {
-        fail_value(scanner, value,
-                   "cannot read " + value.text.substr(0, shown_value) + " as a value of " +
-                       element_name(key, element),
+        fail_value(scanner, value, "cannot read the value of " + element_name(key, element),
                    std::string(expected_value(key)));
       }
       if (is_text_form) text_form_at(element) = value.at;
@@ -161,14 +159,13 @@ void take_values(group_scanner& scanner, const input_key& key, const selection& 
     }
   }
   if (chosen.open && last > 1) {
-    warn(std::string(input.finp.trimmed()) + ", line " + std::to_string(scanner.line_of(scanner.key_at())) +
-         ": " + element_name(key, chosen.element(0)) +
-         " has more than one value; they fill the array up to " +
-         element_name(key, chosen.element(last - 1)));
+    scanner.warn_at(scanner.key_at(), element_name(key, chosen.element(0)) +
+                                          " has more than one value; they fill the array up to " +
+                                          element_name(key, chosen.element(last - 1)));
   }
   if (key.type == key_type::characters && filled == 0 && scanner.closes_inside_word()) {
-    warn(std::string(input.finp.trimmed()) + ", line " + std::to_string(scanner.line_of(scanner.key_at())) +
-         ": the / behind " + std::string(key.name) + " = closes the group; a path stands in quotes");
+    scanner.warn_at(scanner.key_at(),
+                    "the / behind " + std::string(key.name) + " = closes the group; a path stands in quotes");
   }
 }
 
@@ -240,8 +237,9 @@ void init(input_data& input) {
 }
 
 void read_input(input_data& input) {
-  if (input.finp.blank())
+  if (input.finp.blank()) {
     fail({"no input file is named", "", 0, "", 0, "its name on the command line, as in: vbn my.inp"});
+  }
   const input_file file(input.finp.trimmed());
   group_scanner scanner(file.name(), file.content(), group_name);
   array1<std::size_t> text_form_at(input.def_add_int_coord_c.rows() * input.def_add_int_coord_c.cols());
@@ -249,7 +247,7 @@ void read_input(input_data& input) {
     const input_key* key = find_key(scanner.key());
     if (key == nullptr) {
       const input_key* nearest = nearest_key(scanner.key());
-      scanner.fail_at(scanner.key_at(), "unknown key " + scanner.key().substr(0, shown_value),
+      scanner.fail_at(scanner.key_at(), "unknown key " + scanner.key().substr(0, shown_key),
                       nearest == nullptr ? "a key of the group &vbn"
                                          : "a key of the group &vbn, perhaps " + std::string(nearest->name));
     }

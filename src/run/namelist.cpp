@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "run/number.hpp"  // for to_integer
-#include "run/stop.hpp"    // for fail
+#include "run/stop.hpp"    // for fail and warn
 
 namespace vbn {
 
@@ -161,6 +161,7 @@ bool group_scanner::next_subscript(subscript& s) {
     if (peek(pos_) == ':') {
       ++pos_;
       s.stride = take_index_number();
+      if (!s.stride) fail_at(pos_, "the index of " + key_ + " does not read", "the stride of the section");
     }
   }
   if (!s.section && !s.first) {
@@ -249,6 +250,10 @@ bool group_scanner::closes_inside_word() const {
 
 int group_scanner::line_of(std::size_t at) const {
   return static_cast<int>(std::ranges::count(text_.substr(0, at), '\n')) + 1;
+}
+
+void group_scanner::warn_at(std::size_t at, const std::string& what) const {
+  warn(std::string(file_) + ", line " + std::to_string(line_of(at)) + ": " + what);
 }
 
 void group_scanner::fail_at(std::size_t at, std::string what, std::string expected) const {

@@ -58,12 +58,13 @@ class group_scanner {
   // At the closing "/": whether a word goes on behind it, as in a path that lacks its quotes.
   bool closes_inside_word() const;
 
-  // Number of the line of a place, from 1.
-  int line_of(std::size_t at) const;
+  // Tells a warning that names the line of the place.
+  void warn_at(std::size_t at, const std::string& what) const;
   // Ends the run with the message that shows the line of the place.
   [[noreturn]] void fail_at(std::size_t at, std::string what, std::string expected) const;
 
  private:
+  int line_of(std::size_t at) const;
   char peek(std::size_t at) const { return at < text_.size() ? text_[at] : '\0'; }
   bool ended(std::size_t at) const { return at >= text_.size(); }
   std::size_t after_line(std::size_t at) const;
