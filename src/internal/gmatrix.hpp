@@ -18,6 +18,10 @@ void get_int_gmatrix(states& state, double gcut, output_file& fout);
 // g(m,m) = B M^-1 BT of b(m,3n) and the n masses.
 void get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b, array2<double>& g);
 
+// a x b of b(m,n) that is mostly zeros, such as rows of B: each element is summed as in a plain product, its
+// zero terms left out, which changes no bit.
+array2<double> times_sparse(const array2<double>& a, const array2<double>& b);
+
 // ap = a^power of the symmetric a(n,n), through its eigenvectors, the columns of v; e are the eigenvalues
 // already raised to the power. A negative power takes eigenvalues of exactly zero as 0, and one other than -1
 // those between -1e-6 and 0 too, so that null directions contribute nothing. An eigenvalue below that, which

@@ -1,0 +1,205 @@
+// Sums of the Wilson G matrix and the basis that they give.
+#include "internal/gmatrix.hpp"  // for get_int_gmatrix
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "frame/eigen.hpp"  // for diag_symm, sort_vec_large
+#include "run/matmul.hpp"   // for matmul
+#include "run/stop.hpp"     // for stop, fail, warn
+
+namespace vbn {
+
+namespace {
+
+constexpr double rounding_below_zero = 1.0e-6;  // an eigenvalue above minus this is zero, save for rounding
+constexpr double overlap_power = -0.5;          // of the G matrix of the kept combinations
+constexpr int block_width = 8;                  // columns of G that one pass over a dense B serves
+
+const layout gcut_line(R"((2x,"G cut                              = ", es11.2))");
+const layout vibrations_line(R"((2x,"3N-6                               = ", i10   ))");
+const layout found_line(R"((2x,"nber non-redundant internal coords = ", i10   ))");
+const layout eigenvalues_title(R"((2x, "G eigenvalues:"))");
+const layout eigenvalue_rows("(10es15.6)");
+const layout error_line(R"((2x, "Error! nv is incorrect"))");
+const layout remedy_line(R"((2x, "Try to set set_cart = t"))");
+const layout stop_line(R"(("Stop!"))");
+const layout overlap_title(R"(("Check on Eigenvals of non-red overlap matrix:"))");
+const layout overlap_rows("(10f12.8)");
+
+array2<double> transposed(const array2<double>& a) {
+  array2<double> t(a.cols(), a.rows());
+  for (int j = 1; j <= a.cols(); ++j)
+    for (int i = 1; i <= a.rows(); ++i) t(j, i) = a(i, j);
+  return t;
+}
+
+// a := the lower triangle of a on both sides of the diagonal.
+void mirror(array2<double>& a) {
+  for (int j = 1; j <= a.cols(); ++j)
+    for (int i = 1; i < j; ++i) a(i, j) = a(j, i);
+}
+
+// Rows, from 1, of the elements of column k that are not zero.
+void filled_rows(const array2<double>& b, int k, std::vector<int>& rows) {
+  rows.clear();
+  for (int i = 1; i <= b.rows(); ++i)
+    if (b(i, k) != 0.0) rows.push_back(i);
+}
+
+bool mostly_zero(const array2<double>& b) {
+  const auto zeros = std::count(b.span().begin(), b.span().end(), 0.0);
+  return 2 * static_cast<std::size_t>(zeros) > b.span().size();
+}
+
+// Lower triangle of G of a B that is mostly zeros. The product of a zero adds a zero, and a sum that began at
+// +0.0 keeps every bit when one is added: only the filled rows of each column take part.
+void sparse_g(const array1<double>& mass, const array2<double>& b, array2<double>& g) {
+  std::vector<int> rows;
+  for (int k = 1; k <= b.cols(); ++k) {
+    const double m = mass((k - 1) / 3 + 1);
+    filled_rows(b, k, rows);
+    for (std::size_t q = 0; q < rows.size(); ++q)
+      for (std::size_t p = q; p < rows.size(); ++p) g(rows[p], rows[q]) += b(rows[p], k) * b(rows[q], k) / m;
+  }
+}
+
+// Lower triangle of G of a full B. The hot path of large molecules: k rises outside, so that each element
+// gets its terms in the order of the plain triple loop while the loop over i runs in vector registers; a
+// block of columns of G stays in cache for one pass over B.
+void dense_g(const array1<double>& mass, const array2<double>& b, array2<double>& g) {
+  const int m = b.rows();
+  for (int first = 1; first <= m; first += block_width)
+    for (int k = 1; k <= b.cols(); ++k) {
+      const double mass_k = mass((k - 1) / 3 + 1);
+      const double* column = &b(1, k);
+      for (int j = first; j <= std::min(m, first + block_width - 1); ++j) {
+        const double b_jk = column[j - 1];
+        double* sums = &g(1, j);
+        for (int i = j - 1; i < m; ++i) sums[i] += column[i] * b_jk / mass_k;
+      }
+    }
+}
+
+double raised(double eigenvalue, double power) {
+  if (eigenvalue == 0.0 && power < 0.0) return 0.0;
+  if (power == -1.0) return 1.0 / eigenvalue;
+  if (power < 0.0 && eigenvalue > -rounding_below_zero && eigenvalue < 0.0) return 0.0;
+  const double result = std::pow(eigenvalue, power);
+  if (std::isnan(result))
+    fail({"a matrix over the internal coordinates has the eigenvalue " + std::to_string(eigenvalue) +
+              ", of which there is no power " + std::to_string(power),
+          "", 0, "", 0, "coordinates that span the vibrations, or set_cart = t for none"});
+  return result;
+}
+
+[[noreturn]] void tell_wrong_count(const array1<double>& e, output_file& fout) {
+  fout.line("");
+  fout.write(eigenvalues_title);
+  fout.line("");
+  fout.write(eigenvalue_rows, e.span());
+  fout.line("");
+  fout.write(error_line);
+  fout.write(remedy_line);
+  fout.write(stop_line);
+  stop();
+}
+
+// The eigenvectors of G beyond the cut, as columns in the order of their eigenvalues.
+array2<double> kept_vectors(const array1<double>& e, const array2<double>& v, double gcut, int nv) {
+  array2<double> a(v.rows(), nv);
+  int kept = 0;
+  for (int i = 1; i <= e.size(); ++i)
+    if (std::abs(e(i)) > gcut) {
+      ++kept;
+      std::ranges::copy(v.column(i), a.column(kept).begin());
+    }
+  sort_vec_large(a.rows(), nv, a);
+  return a;
+}
+
+}  // namespace
+
+void get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b, array2<double>& g) {
+  g = array2<double>(b.rows(), b.rows());
+  if (mostly_zero(b)) {
+    sparse_g(mass, b, g);
+  } else {
+    dense_g(mass, b, g);
+  }
+  mirror(g);
+}
+
+array2<double> times_sparse(const array2<double>& a, const array2<double>& b) {
+  array2<double> product(a.rows(), b.cols());
+  for (int k = 1; k <= b.cols(); ++k) {
+    const auto sums = product.column(k);
+    for (int i = 1; i <= b.rows(); ++i) {
+      const double factor = b(i, k);
+      if (factor == 0.0) continue;
+      const auto column = a.column(i);
+      for (std::size_t v = 0; v < sums.size(); ++v) sums[v] += column[v] * factor;
+    }
+  }
+  return product;
+}
+
+void matrix_power(double power, const array2<double>& a, array1<double>& e, array2<double>& v,
+                  array2<double>& ap) {
+  const int n = a.rows();
+  int info = 0;
+  diag_symm(a, e, v, info);
+  sort_vec_large(n, n, v);
+  array2<double> weighted = v;
+  for (int k = 1; k <= n; ++k) {
+    e(k) = raised(e(k), power);
+    for (double& component : weighted.column(k)) component *= e(k);
+  }
+  ap = matmul(weighted, v, op::plain, op::transposed);
+  mirror(ap);
+}
+
+void get_int_gmatrix(states& state, double gcut, output_file& fout) {
+  const int nr = state.nr;
+  const int n3 = state.n3;
+  const array2<double> b = transposed(state.br);
+  get_wilson_g_matrix(state.massau, b, state.bmbt);
+  array1<double> e;
+  array2<double> v;
+  int info = 0;
+  diag_symm(state.bmbt, e, v, info);
+  const int nv = static_cast<int>(
+      std::ranges::count_if(e, [gcut](double eigenvalue) { return std::abs(eigenvalue) > gcut; }));
+  fout.write(gcut_line, {gcut});
+  fout.write(vibrations_line, {n3 - 6});
+  fout.write(found_line, {nv});
+  if (nv != n3 - 6 && nv != n3 - 5) tell_wrong_count(e, fout);
+  if (nv != state.nv)
+    warn("the internal coordinates of " + state.ffreq.str() + " span " + std::to_string(nv) +
+         " directions; the route through them goes on with the first " + std::to_string(state.nv));
+
+  const array2<double> at = transposed(kept_vectors(e, v, gcut, nv));
+  const array2<double> b1 = times_sparse(at, b);
+  array2<double> g1;
+  array2<double> g12;
+  get_wilson_g_matrix(state.massau, b1, g1);
+  matrix_power(overlap_power, g1, e, v, g12);
+  std::vector<double> shown;
+  for (const double root : e) shown.push_back(std::pow(root, -overlap_power));
+  fout.write(overlap_title);
+  fout.write(overlap_rows, std::span<const double>(shown));
+
+  const array2<double> b2 = matmul(g12, b1);
+  const array2<double> gt = matmul(g12, at);
+  state.bm = array2<double>(n3, n3);
+  state.ga = array2<double>(n3, nr);
+  state.ag = array2<double>(nr, n3);
+  for (int i = 1; i <= nv; ++i) {
+    for (int j = 1; j <= n3; ++j) state.bm(i, j) = b2(i, j) / state.sqtmass(j);
+    for (int j = 1; j <= nr; ++j) state.ga(i, j) = state.ag(j, i) = gt(i, j);
+  }
+}
+
+}  // namespace vbn

@@ -1,0 +1,133 @@
+// Shares of the internal coordinates in the reorganisation energy, and their table.
+#include "internal/reorganisation.hpp"  // for proj_reorg_ene
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "frame/sorting.hpp"  // for indexx
+#include "run/matmul.hpp"     // for matmul
+#include "run/text.hpp"       // for output_file
+
+namespace vbn {
+
+namespace {
+
+constexpr int first_vibration = 7;
+
+const layout atom_line("(i4,a8)");
+const layout zd_line(R"_(("zd(i) = z2(i) - z1(i)      (Angstrom) "))_");
+const layout rule("(132(1H-))");
+const layout legend[] = {
+    layout(R"(("Internal coordinate type"))"), layout(R"(("1: bond stretch"))"),
+    layout(R"(("2: linear bend"))"),           layout(R"(("3: normal bend"))"),
+    layout(R"(("4: proper dihedral angle"))"), layout(R"(("5: improper dihedral angle"))"),
+    layout(R"(("6: proper torsion angle"))"),
+};
+const layout heads(R"((a6,a6,2x," |",a16," |",a9," |",a33," |",a33," ||",a13))");
+const layout share_heads(R"((6x,6x,2x," |",16x," |",9x," |",3a11," |",3a11," ||",13x))");
+const layout sum_line(R"((a6,6x,2x," |",16x," |",9x," |",3f11.4," |",3f11.4," ||",f13.4))");
+const layout row_line(R"((i6,i6,2x," |",4i4," |",f9.4," |",3f11.4," |",3f11.4," ||",f13.4))");
+
+// Shares of each coordinate in one state, cm-1: the diagonal and the non-diagonal part, and their sum.
+struct shares {
+  array1<double> xx, xy, x;
+  double xx_tot = 0.0, xy_tot = 0.0, x_tot = 0.0;
+};
+
+// Force constants over the coordinates, cm-1 over the squared unit of the coordinate. A mode of negative
+// frequency counts negative, as it does in `lam_c`.
+array2<double> force_constants(const states& state, int nr, int nv, int n3) {
+  const int modes = n3 - first_vibration + 1;
+  array2<double> ag(nr, nv);
+  array2<double> cmr2(nv, modes);
+  for (int k = 1; k <= nv; ++k) {
+    std::ranges::copy(state.ag.column(k), ag.column(k).begin());
+    for (int i = 1; i <= modes; ++i) cmr2(k, i) = state.cmr2(k, i + first_vibration - 1);
+  }
+  array2<double> gc = matmul(ag, cmr2);
+  array2<double> signed_gc = gc;
+  for (int i = 1; i <= modes; ++i) {
+    const int mode = i + first_vibration - 1;
+    const double root = std::sqrt(std::abs(state.freq(mode)) * au_to_cm) / mode_length(state, mode);
+    const double sign = state.freq(mode) < 0.0 ? -1.0 : 1.0;
+    for (int j = 1; j <= nr; ++j) {
+      gc(j, i) *= root;
+      signed_gc(j, i) = sign * gc(j, i);
+    }
+  }
+  return matmul(gc, signed_gc, op::plain, op::transposed);
+}
+
+shares split(const array2<double>& fc, const array1<double>& zd, int nr) {
+  shares s{array1<double>(nr), array1<double>(nr), array1<double>(nr)};
+  for (int j = 1; j <= nr; ++j) {
+    for (int k = 1; k <= nr; ++k) (j == k ? s.xx : s.xy)(j) += 0.5 * fc(j, k) * zd(j) * zd(k);
+    s.x(j) = s.xx(j) + s.xy(j);
+    s.xx_tot += s.xx(j);
+    s.xy_tot += s.xy(j);
+    s.x_tot += s.x(j);
+  }
+  return s;
+}
+
+void write_sums(output_file& out, const shares& s1, const shares& s2) {
+  out.write(sum_line,
+            {"sum:", s1.xx_tot, s1.xy_tot, s1.x_tot, s2.xx_tot, s2.xy_tot, s2.x_tot, s1.x_tot + s2.x_tot});
+}
+
+void write_table(const states& state, int nr, const shares& s1, const shares& s2) {
+  array1<double> lam_tot(nr);
+  for (int j = 1; j <= nr; ++j) lam_tot(j) = s1.x(j) + s2.x(j);
+  array1<int> order(nr);
+  indexx(lam_tot.span(), order);
+  reverse_order(order);
+
+  output_file out("proj_reorg.dat");
+  out.line("");
+  for (int i = 1; i <= state.natom; ++i) out.write(atom_line, {i, state.symbol(i)});
+  out.line("");
+  out.write(zd_line);
+  out.line("");
+  out.write(rule);
+  for (const layout& line : legend) out.write(line);
+  out.write(rule);
+  out.write(heads, {"n", "type", "int-def", "zd", "Reorganization energy 1 (cm-1)",
+                    "Reorganization energy 2 (cm-1)", "Total (cm-1)"});
+  out.write(share_heads, {"diag", "non-diag", "sum", "diag", "non-diag", "sum"});
+  out.write(rule);
+  write_sums(out, s1, s2);
+  out.write(rule);
+  for (int i = 1; i <= nr; ++i) {
+    const int k = order(i);
+    out.write(row_line, {i, state.iztype(k), state.intdef(1, k), state.intdef(2, k), state.intdef(3, k),
+                         state.intdef(4, k), state.zd(k), s1.xx(k), s1.xy(k), s1.x(k), s2.xx(k), s2.xy(k),
+                         s2.x(k), lam_tot(k)});
+  }
+  out.write(rule);
+  write_sums(out, s1, s2);
+  out.close();
+}
+
+}  // namespace
+
+double mode_length(const states& state, int i) {
+  const double held = state.zptlen(i);
+  if (std::isfinite(held) && held > 0.0) return held;
+  return bohr_to_ang * std::sqrt(1.0 / std::abs(state.freq(i)));
+}
+
+void reverse_order(array1<int>& order) {
+  const int n = order.size();
+  for (int i = 1; i <= n / 2; ++i) std::swap(order(i), order(n + 1 - i));
+}
+
+void proj_reorg_ene(const array1<states>& state, bool proj_reorg) {
+  if (!proj_reorg) return;
+  const states& first = state(1);
+  const shares s1 = split(force_constants(first, first.nr, first.nv, first.n3), first.zd, first.nr);
+  const shares s2 = split(force_constants(state(2), first.nr, first.nv, first.n3), first.zd, first.nr);
+  write_table(first, first.nr, s1, s2);
+}
+
+}  // namespace vbn
