@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "readers/programs.hpp"  // for the readers
-#include "readers/rows.hpp"      // for check_natom
-#include "run/stop.hpp"          // for fail, warn
+#include "readers/rows.hpp"      // for check_natom and warn_if_cut
+#include "run/stop.hpp"          // for fail
 
 namespace vbn {
 
@@ -52,13 +52,6 @@ kind_readers readers_of(qm_file& file) {
   fail({"cannot read " + std::string(what) + " from " + kind, file.file.name(), 0, "", 0,
         "an output of ChemShell, Gaussian (the log, with its .fchk file beside it), Molpro, NWChem or "
         "Turbomole, or a file of numerical frequencies"});
-}
-
-// A number that ends the file without a line end may have lost its last digits.
-void warn_if_cut(const input_file& file) {
-  if (file.at_end() && !file.content().empty() && file.content().back() != '\n') {
-    warn(file.name() + " ends with a number and without a line end: the file may be cut off");
-  }
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 #include "readers/scan.hpp"      // for word_of
 #include "run/constants.hpp"     // for bohr_to_ang
 #include "run/number.hpp"        // for to_integer
-#include "run/stop.hpp"          // for fail, stop
+#include "run/stop.hpp"          // for fail, stop and warn
 #include "run/text.hpp"          // for tell, layout
 
 namespace vbn {
@@ -44,6 +44,12 @@ void check_natom(const input_file& file, int natom) {
   if (static_cast<std::size_t>(natom) > file.content().size() / bytes_per_atom) {
     fail({"the file is too short for " + std::to_string(natom) + " atoms", file.name(), 0, "", 0,
           "a line for every atom; the number of atoms in the file may be wrong"});
+  }
+}
+
+void warn_if_cut(const input_file& file) {
+  if (file.at_end() && !file.content().empty() && file.content().back() != '\n') {
+    warn(file.name() + " ends with a number and without a line end: the file may be cut off");
   }
 }
 

@@ -15,6 +15,10 @@ namespace vbn {
 // the file has room for.
 void check_natom(const input_file& file, int natom);
 
+// Warns when the read that came last has ended at the end of a file without a line end: its last number may
+// have lost digits.
+void warn_if_cut(const input_file& file);
+
 // Ends the run: `what` was looked for in the file, by the line that `marker` describes, and is not there.
 [[noreturn]] void fail_missing(const input_file& file, std::string_view what, std::string_view marker);
 

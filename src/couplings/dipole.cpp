@@ -1,0 +1,110 @@
+// Transition dipole derivatives: reader, projection and file.
+#include "couplings/dipole.hpp"  // for the interface
+
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "couplings/same_molecule.hpp"  // for same_count, same_masses and distance
+#include "frame/inertial.hpp"           // for inertm, inertmv2_ref and warn_of_dipole_turn
+#include "readers/file_type.hpp"        // for open_qm_file
+#include "readers/qm_file.hpp"          // for natom, masses and coordinates of the file
+#include "readers/rows.hpp"             // for the rows of the tables
+#include "readers/scan.hpp"             // for search_word_free
+#include "run/stop.hpp"                 // for fail and stop
+#include "run/text.hpp"                 // for layout and output_file
+
+namespace vbn {
+
+namespace {
+
+constexpr int first_vib = 7;  // position of the first vibration
+
+bool geometry_matches(const states& state) {
+  array2<double> x1 = state.x;
+  array2<double> x2 = state.x_dip;
+  array3<double> v2 = state.tdipd_x;
+  array1<double> v0 = state.dip0;
+  inertm(state.mass, x1);
+  inertmv2_ref(state.mass, x1, x2, v0.span(), v2.span());
+  return distance(x1, x2) < same_geometry;
+}
+
+}  // namespace
+
+void qm_file_tdipd(qm_file& file, int natom, array1<double>& dip0, array3<double>& tdipd_x, int& info) {
+  check_natom(file.file, natom);
+  info = -1;
+  input_file& from = file.file;
+  if (file.type != "NUMFORCE") {
+    fail({"a file of kind \"" + file.type.str() + "\" has no dipole derivatives that can be read",
+          from.name(), 0, "", 0,
+          "a file of numerical frequencies, \"NUMERICAL FREQUENCY\" in columns 2 to 20"});
+  }
+  from.rewind();
+  std::string_view line;
+  if (!search_word_free(from, "Transition dipole moment derivative (Atomic unit)", line)) {
+    fail_missing(from, "the dipole derivatives", "\"Transition dipole moment derivative (Atomic unit)\"");
+  }
+  const std::string expected = "four words, then the dipole components x, y and z";
+  const int words = 4;
+  dip0 = array1<double>(3);
+  tdipd_x = array3<double>(3, 3, natom);
+  row_numbers(from, next_row(from, expected), words, dip0.span(), expected);
+  for (std::size_t row = 0; row < 3 * static_cast<std::size_t>(natom); ++row) {
+    row_numbers(from, next_row(from, expected), words, tdipd_x.span().subspan(3 * row, 3), expected);
+  }
+  warn_if_cut(from);
+  info = 0;
+}
+
+void get_tdipd(states& state) {
+  qm_file file = open_qm_file(state.ftdipd.trimmed());
+  state.ftdipd_type = file.type;
+  state.ftdipd_version = file.version;
+  int natom = 0;
+  int info = 0;
+  qm_file_natom(file, natom, info);
+  if (!same_count(state, file, natom)) stop();
+
+  array1<double> mass;
+  qm_file_mass(file, natom, mass, info);
+  qm_file_coord(file, natom, state.x_dip, info);
+  qm_file_tdipd(file, natom, state.dip0, state.tdipd_x, info);
+  state.tdipd_x0 = state.tdipd_x;
+  if (!same_masses(state, file, mass)) stop();
+  state.ifdip = geometry_matches(state);
+}
+
+void proj_dip(states& state, const states& modes) {
+  warn_of_dipole_turn(state);
+  const int n3 = state.n3;
+  array2<double> q3(n3, 3);
+  for (int i = 1; i <= state.natom; ++i) {
+    const double root = std::sqrt(state.massau(i));
+    for (int j = 1; j <= 3; ++j) {
+      for (int l = 1; l <= 3; ++l) {
+        q3(3 * (i - 1) + j, l) = state.tdipd_xq(l, j, i) = state.tdipd_x(l, j, i) / root;
+      }
+    }
+  }
+  for (int m = 1; m <= n3; ++m) {
+    for (int l = 1; l <= 3; ++l) {
+      double sum = 0.0;
+      for (int k = 1; k <= n3; ++k) sum += q3(k, l) * modes.cm(k, m);
+      state.tdipd_q(l, m) = sum;
+    }
+  }
+}
+
+void write_tdipd(const states& state, std::string_view prefix) {
+  const layout row("(i6, 3f15.7)");
+  output_file file(std::string(trim(prefix)) + ".dip");
+  file.write(row, {0, state.dip0(1), state.dip0(2), state.dip0(3)});
+  for (int i = first_vib; i <= state.n3; ++i) {
+    file.write(row, {i, state.tdipd_q(1, i), state.tdipd_q(2, i), state.tdipd_q(3, i)});
+  }
+  file.close();
+}
+
+}  // namespace vbn

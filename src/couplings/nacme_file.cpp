@@ -1,0 +1,122 @@
+// The file ".nac": its texts, its scales and its rows.
+#include "couplings/nacme_file.hpp"  // for the interface
+
+#include <cmath>
+#include <string>
+
+#include "run/constants.hpp"  // for au_to_cm and au_to_ev
+#include "run/stop.hpp"       // for stop
+
+namespace vbn {
+
+namespace {
+
+constexpr double root_half = 0.7071067811865475;       // 1/sqrt(2)
+constexpr double atomic_time_in_s = 2.4188843265e-17;  // s, atomic unit of time
+
+const layout number_of_modes("(x,a6, i8)");
+const layout energies(R"((  f15.10," a.u. = ",f15.10," eV = ",f15.8," cm-1"))");
+const layout column_heads("(  2a6,a6,a12,8a18)");
+const layout mode_row("(2i6,a6,f12.2,3f18.10,f18.2,f18.6, 2f18.8, es18.8)");
+
+constexpr std::string_view explanation[] = {
+    "",
+    " Derivative Coupling before scaling and after scaling",
+    "",
+    " STEP 1:  Read nacm from output file.",
+    "          nacm_x = < \\Psi_b | \\frac{ \\parital H }{ \\partial x_{i \\alpha} | \\Psi_a > / ( E_a - E_b "
+    ")  (au)",
+    "",
+    " STEP 2:  Transform the coordinates form x to q.",
+    "          nacm_q = < \\Psi_b | \\frac{ \\parital H }{ \\partial q_{i \\alpha} | \\Psi_a > / ( E_a - E_b "
+    ")  (au)",
+    "          where q_{i \\alpha} = \\sqrt(m_i) * x_{i \\alpha}",
+    "",
+    " STEP 3:  Transform the coordinates form q to normal mode coordinates Q.",
+    "          nacm_q = < \\Psi_b | \\frac{ \\parital H }{ \\partial Q_j | \\Psi_a > / ( E_a - E_b )  (au)",
+    "",
+    " STEP 4:  Transform the normal mode coordinates Q to dimensionless coordinates Q^\\prime.",
+    "          nacm_q = < \\Psi_b | \\frac{ \\parital H }{ \\partial Q^\\prime_j | \\Psi_a > / ( E_a - E_b ) "
+    " (au)",
+    "          where Q^\\prime = Q * SQRT(w),    and w is the corresponding frequency.",
+    "",
+    "     nacm_before(  au):   < \\Psi_b | d/dQ \\Psi_a >                                (  au)",
+    "     nacm_before(   1):   < \\Psi_b | d/dQ \\Psi_a >  / SQRT(w/hbar)                (   1)",
+    "     nacm_after (  au):   < \\Psi_b | d/dQ \\Psi_a > * ( E_a - E_b ) / SQRT(w/hbar) (  au)",
+    "     nacm_after (cm-1):   < \\Psi_b | d/dQ \\Psi_a > * ( E_a - E_b ) / SQRT(w/hbar) (cm-1)",
+    "",
+};
+
+void write_row(output_file& file, int i, double energy, double w, const text<6>& irrep, double nacme) {
+  const double nacm_bf_q1 = nacme;
+  const double nacm_bf_q = nacm_bf_q1 / std::sqrt(std::abs(w));
+  const double nacm_af_q = energy * nacm_bf_q;
+  const double nacm_lin = root_half * (w / energy) * nacm_af_q;
+  const double ratio = nacm_af_q / energy;
+  const double nacm_jpca = ratio * ratio * w;
+  file.write(mode_row,
+             {i, i - 6, irrep.trimmed(), au_to_cm * w, nacm_bf_q1, nacm_bf_q, nacm_af_q,
+              std::abs(au_to_cm * nacm_af_q), std::abs(au_to_ev * nacm_af_q), std::abs(nacm_lin) * au_to_cm,
+              std::abs(nacm_jpca) * au_to_cm, std::abs(nacm_jpca) / atomic_time_in_s});
+}
+
+// Projects the couplings of the state on its own modes.
+void project_on_own_modes(states& state) {
+  for (int i = 1; i <= state.natom; ++i) {
+    for (int a = 1; a <= 3; ++a) {
+      const int k = 3 * (i - 1) + a;
+      state.nacme_xq_n3(k) = state.nacme_xq(a, i) = state.nacme_x(a, i) / state.sqtmass(k);
+    }
+  }
+  for (int m = 1; m <= state.n3; ++m) {
+    double sum = 0.0;
+    for (int k = 1; k <= state.n3; ++k) sum += state.nacme_xq_n3(k) * state.cm(k, m);
+    state.nacme_q(m) = sum;
+  }
+}
+
+}  // namespace
+
+void write_nacme(std::string_view fname, double energy, const array1<double>& freq,
+                 const array1<text<6>>& irrep, const array1<double>& nacme, int start_mode) {
+  if (start_mode != 1 && start_mode != 7) {
+    tell_free({"start_mode is wrong! Exit!"});
+    stop();
+  }
+  const int n3 = freq.size();
+  output_file file{std::string(fname)};
+  file.line("");
+  file.write(number_of_modes, {start_mode == 1 ? "N3:" : "N3-6:", n3 - start_mode + 1});
+  file.line("");
+  file.line(" Energy Difference at present geometry:");
+  file.line("");
+  file.write(energies, {energy, au_to_ev * energy, au_to_cm * energy});
+  for (const std::string_view line : explanation) file.line(line);
+  file.write(column_heads,
+             {"m", "n", "irrep", "freq(cm-1)", "nacm_before(au)", "nacm_before(1)", "nacm_after(au)",
+              "nacm_after(cm-1)", "nacm_after(eV)", "nacm_lin(cm-1)", "nacm_jpca(cm-1)", "nacm_jpca(s-1)"});
+  file.line("");
+  for (int i = start_mode; i <= n3; ++i) write_row(file, i, energy, freq(i), irrep(i), nacme(i));
+  file.line(" End");
+  file.close();
+}
+
+void get_nacme_n3(array1<states>& state, std::string_view fname) {
+  for (states& each : state) {
+    if (!each.ifnac) continue;
+    project_on_own_modes(each);
+    const int n3 = each.n3;
+    array1<double> freq(n3);
+    array1<text<6>> irrep(n3);
+    array1<double> nacme(n3);
+    for (int i = 1; i <= n3; ++i) {
+      const int j = each.order(i, 1);
+      freq(i) = each.freq(j);
+      irrep(i) = each.irrep(j);
+      nacme(i) = each.nacme_q(j);
+    }
+    write_nacme(std::string(trim(fname)) + ".nac", each.e_vert, freq, irrep, nacme, 1);
+  }
+}
+
+}  // namespace vbn

@@ -1,0 +1,57 @@
+// Comparison of a second file with the frequency file of a state.
+#include "couplings/same_molecule.hpp"  // for the interface
+
+#include <cmath>
+
+#include "run/stop.hpp"  // for warn
+#include "run/text.hpp"  // for layout and tell
+
+namespace vbn {
+
+namespace {
+
+constexpr double same_mass = 0.001;  // amu, of whole numbers
+
+const layout other_count(
+    R"((2x,"The number of atoms in file", a,   " is not equal to that in the file ", a))");
+const layout both_counts("(2x, i0, 2x, i0)");
+const layout other_mass(R"((2x,"The mass of atom in file ", a,   " is not equal to that in the file ", a))");
+const layout both_masses("(2x, i6, 2x, a, 2(2x,f15.6))");
+const layout ending(R"((2x, "Stop!"))");
+
+}  // namespace
+
+bool same_count(const states& state, const qm_file& file, int count) {
+  if (count == state.natom) return true;
+  if (count < 1) {
+    warn("no atoms found in " + file.file.name() +
+         (file.type.blank() ? ": no program is known that writes such a file"
+                            : ", which is read as a " + file.type.str() + " file"));
+  }
+  tell(other_count, {state.ffreq.trimmed(), file.file.name()});
+  tell(both_counts, {state.natom, count});
+  tell(ending);
+  return false;
+}
+
+bool same_masses(const states& state, const qm_file& file, const array1<double>& mass) {
+  for (int i = 1; i <= state.natom; ++i) {
+    if (std::abs(std::trunc(mass(i)) - std::trunc(state.mass(i))) <= same_mass) continue;
+    tell(other_mass, {state.ffreq.trimmed(), file.file.name()});
+    tell(both_masses, {i, state.symbol(i), state.mass(i), mass(i)});
+    tell(ending);
+    return false;
+  }
+  return true;
+}
+
+double distance(const array2<double>& x1, const array2<double>& x2) {
+  double sum = 0.0;
+  for (std::size_t k = 0; k < x1.span().size(); ++k) {
+    const double difference = x1.span()[k] - x2.span()[k];
+    sum += difference * difference;
+  }
+  return std::sqrt(sum);
+}
+
+}  // namespace vbn

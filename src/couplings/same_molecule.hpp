@@ -1,0 +1,21 @@
+// Whether a file of couplings or dipole derivatives belongs to a state: atoms, masses and geometry.
+#pragma once
+
+#include "readers/file_type.hpp"  // for qm_file
+#include "run/array.hpp"          // for array1, array2
+#include "run/record.hpp"         // for states
+
+namespace vbn {
+
+inline constexpr double same_geometry = 0.001;  // bohr, root of the summed squares over all coordinates
+
+// Whether the file has as many atoms (`count`) as the state, or the same masses (`mass` in amu, whole numbers
+// compared). If not, it is told on standard output; how the run ends is the caller's. Of a file without atoms
+// a warning says what it is read as.
+bool same_count(const states& state, const qm_file& file, int count);
+bool same_masses(const states& state, const qm_file& file, const array1<double>& mass);
+
+// Root of the summed squares of x1 - x2, both (3,natom).
+double distance(const array2<double>& x1, const array2<double>& x2);
+
+}  // namespace vbn
