@@ -1,5 +1,4 @@
-// The scanner of an input group: takes "&name key(index) = values ... /" apart into keys, subscripts and
-// values.
+// The scanner of an input group: takes "&name key(index) = values /" apart into keys, subscripts and values.
 #pragma once
 
 #include <cstddef>
