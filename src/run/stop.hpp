@@ -24,12 +24,12 @@ struct run_end {
 // What is wrong with an input, in the program's own words. Empty fields and a zero line are left out of the
 // message.
 struct fault {
-  std::string what;      // what is wrong: lower case, no full stop
-  std::string file;      // the file it stands in
-  int line = 0;          // its line, from 1
-  std::string text;      // that line as it stands
-  int column = 0;        // the spot in the line, from 1; 0 marks none
-  std::string expected;  // what was expected, or what the user can do
+  std::string what = {};      // what is wrong: lower case, no full stop
+  std::string file = {};      // the file it stands in
+  int line = 0;               // its line, from 1
+  std::string text = {};      // that line as it stands
+  int column = 0;             // the spot in the line, from 1; 0 marks none
+  std::string expected = {};  // what was expected, or what the user can do
 };
 
 // The message of a fault: "error: what", the place, the line with its spot marked, and what was expected.
