@@ -1,0 +1,200 @@
+// The candidate rotations, the choice among them, and their effect on state 1.
+#include "frame/eckart.hpp"  // for do_eckart
+
+#include <cmath>
+#include <vector>
+
+#include "frame/eigen.hpp"     // for tred2e, tql2e
+#include "frame/hessian.hpp"   // for fc_to_fcm
+#include "frame/inertial.hpp"  // for add_dipole_turn
+#include "frame/rotation.hpp"  // for rotn, rot_fc
+#include "run/constants.hpp"   // for bohr_to_ang
+#include "run/text.hpp"        // for layout
+
+namespace vbn {
+
+namespace {
+
+constexpr double widest_fixed = 1.0e6;  // angstrom; a distance from here on is shown with an exponent
+constexpr int ncandidate = 4;
+
+// Signs of the three outer products of axes in each candidate: an even number of them is negative.
+constexpr double candidate_signs[ncandidate][3] = {
+    {+1.0, +1.0, +1.0},
+    {-1.0, -1.0, +1.0},
+    {+1.0, -1.0, -1.0},
+    {-1.0, +1.0, -1.0},
+};
+
+// Eigenvectors of a symmetric 3 x 3 matrix by rising eigenvalue, with the signs that the solver gives.
+array2<double> axes_of(const array2<double>& a) {
+  array1<double> d(3);
+  array1<double> e(3);
+  array2<double> z(3, 3);
+  int ierr = 0;
+  tred2e(a, d, e, z);
+  tql2e(d, e, z, ierr);
+  return z;
+}
+
+// Column 3 becomes the cross product of columns 1 and 2.
+void make_right_handed(array2<double>& z) {
+  z(1, 3) = z(2, 1) * z(3, 2) - z(3, 1) * z(2, 2);
+  z(2, 3) = z(3, 1) * z(1, 2) - z(1, 1) * z(3, 2);
+  z(3, 3) = z(1, 1) * z(2, 2) - z(2, 1) * z(1, 2);
+}
+
+array2<double> candidate(const array3<double>& t, int j) {
+  array2<double> rot(3, 3);
+  for (int k = 1; k <= 3; ++k)
+    for (int i = 1; i <= 3; ++i) rot(i, k) = t(i, k, j);
+  return rot;
+}
+
+// Root mean square displacement per coordinate, in angstrom, between x1 turned by `rot` and x2.
+double distance(array2<double> x1, const array2<double>& x2, const array2<double>& rot) {
+  rotn(rot, x1.span());
+  double sum = 0.0;
+  for (int i = 1; i <= x1.cols(); ++i) {
+    for (int a = 1; a <= 3; ++a) {
+      const double d21 = x2(a, i) - x1(a, i);
+      sum += d21 * d21;
+    }
+  }
+  return bohr_to_ang * std::sqrt(sum / (3 * x1.cols()));
+}
+
+void report_candidates(output_file& fout, const array3<double>& t, const array1<double>& dis, int minj) {
+  static const layout rule("(80(1h_))");
+  static const layout fixed(R"(("Eckart rotation", i4, 2x,"Delta x =", x,  f14.7))");
+  static const layout scientific(R"(("Eckart rotation", i4, 2x,"Delta x =", x, es18.7))");
+  static const layout matrix("((3f15.7))");
+  static const layout selected(R"(("Select rotation",i4))");
+  for (int j = 1; j <= ncandidate; ++j) {
+    fout.write(rule);
+    fout.write(std::abs(dis(j)) < widest_fixed ? fixed : scientific, {j, dis(j)});
+    std::vector<double> by_rows;
+    for (int i = 1; i <= 3; ++i)
+      for (int k = 1; k <= 3; ++k) by_rows.push_back(t(i, k, j));
+    fout.write(matrix, by_rows);
+  }
+  fout.write(rule);
+  fout.write(selected, {minj});
+}
+
+// Turns everything of state 1 that lives in its frame.
+void turn_state(states& g, const array2<double>& rot, bool with_couplings, bool with_dipole) {
+  int info = 0;
+  rotn(rot, g.x.span());
+  fc_to_fcm(g.n3, g.sqtmass, g.fc, g.fcm, -1, info);
+  rot_fc(rot, g.fc);
+  fc_to_fcm(g.n3, g.sqtmass, g.fc, g.fcm, 1, info);
+  rotn(rot, g.cm.span());
+  c_to_cm(g.n3, g.sqtmass, g.c, g.cm, -1, info);
+  if (with_couplings) rotn(rot, g.nacme_x.span());
+  if (with_dipole) {
+    rotn(rot, g.dip0.span());
+    rotn(rot, g.tdipd_x.span());
+    if (g.ifdip) add_dipole_turn(g, rot);
+  }
+}
+
+}  // namespace
+
+array3<double> get_eckart_rot(const array2<double>& x1, const array2<double>& x2,
+                              const array1<double>& mass) {
+  array2<double> a(3, 3);
+  array2<double> a1(3, 3);
+  array2<double> a2(3, 3);
+  for (int i = 1; i <= 3; ++i)
+    for (int j = 1; j <= 3; ++j)
+      for (int k = 1; k <= x1.cols(); ++k) a(i, j) += mass(k) * x1(i, k) * x2(j, k);
+  for (int i = 1; i <= 3; ++i) {
+    for (int j = 1; j <= 3; ++j) {
+      for (int k = 1; k <= 3; ++k) {
+        a1(i, j) += a(i, k) * a(j, k);
+        a2(i, j) += a(k, i) * a(k, j);
+      }
+    }
+  }
+
+  array2<double> z1 = axes_of(a1);
+  array2<double> z2 = axes_of(a2);
+  make_right_handed(z1);
+  for (int k = 1; k <= 2; ++k) {
+    double overlap = 0.0;
+    for (int i = 1; i <= 3; ++i) overlap += z2(i, k) * z1(i, k);
+    if (overlap < 0.0)
+      for (int i = 1; i <= 3; ++i) z2(i, k) = -z2(i, k);
+  }
+  make_right_handed(z2);
+
+  array3<double> t(3, 3, ncandidate);
+  for (int j = 1; j <= ncandidate; ++j) {
+    for (int k = 1; k <= 3; ++k) {
+      for (int i = 1; i <= 3; ++i) {
+        double sum = 0.0;
+        for (int axis = 1; axis <= 3; ++axis)
+          sum += candidate_signs[j - 1][axis - 1] * (z2(i, axis) * z1(k, axis));
+        t(i, k, j) = sum;
+      }
+    }
+  }
+  return t;
+}
+
+void c_to_cm(int n3, const array1<double>& sqtmass, array2<double>& c, array2<double>& cm, int direction,
+             int& info) {
+  info = 0;
+  if (n3 <= 0) {
+    info = -1;
+  } else if (direction == 1) {
+    for (int i = 1; i <= n3; ++i)
+      for (int j = 1; j <= n3; ++j) cm(j, i) = c(j, i) / sqtmass(j);
+  } else if (direction == -1) {
+    for (int i = 1; i <= n3; ++i)
+      for (int j = 1; j <= n3; ++j) c(j, i) = sqtmass(j) * cm(j, i);
+  } else {
+    info = -2;
+  }
+}
+
+void do_eckart(run_data& run) {
+  static const layout rule("(80(1h_))");
+  static const layout title(R"(("Do Eckart rotation",/))");
+  static const layout manual(R"(("Set Eckart rotation matrix manually"))");
+  static const layout automatic(R"(("Set Eckart rotation matrix automatically"))");
+  static const layout index(R"(("The index of Eckart matrix order = ", i0))");
+  states& g = run.state(1);
+  const states& e = run.state(2);
+
+  const array3<double> eckart_rot_matrix = get_eckart_rot(g.x, e.x, g.mass);
+  run.fout.write(rule);
+  run.fout.write(title);
+
+  array1<double> dis(ncandidate);
+  for (int j = 1; j <= ncandidate; ++j) dis(j) = distance(g.x, e.x, candidate(eckart_rot_matrix, j));
+
+  int minj = 1;
+  const int set_eckart_order = run.input.set_eckart_order;
+  if (set_eckart_order >= 1 && set_eckart_order <= ncandidate) {
+    minj = set_eckart_order;
+    run.fout.write(manual);
+    run.fout.write(index, {set_eckart_order});
+  } else {
+    double mindis = 1.0e99;
+    for (int j = 1; j <= ncandidate; ++j) {
+      if (dis(j) < mindis) {
+        mindis = dis(j);
+        minj = j;
+      }
+    }
+    run.fout.write(automatic);
+    run.fout.write(index, {minj});
+  }
+  report_candidates(run.fout, eckart_rot_matrix, dis, minj);
+  turn_state(g, candidate(eckart_rot_matrix, minj), run.input.do_nacme && run.input.proj_nacme == 1,
+             run.input.do_tdipd && run.input.proj_tdipd == 1);
+}
+
+}  // namespace vbn

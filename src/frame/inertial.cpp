@@ -1,0 +1,221 @@
+// Principal axes of inertia, the choice among them against a reference, and the step for one state.
+#include "frame/inertial.hpp"  // for get_inertial
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+
+#include "frame/eigen.hpp"     // for diag_symm, tred2e, tql2e
+#include "frame/hessian.hpp"   // for fc_to_fcm
+#include "frame/rotation.hpp"  // for rotn, rot_fc
+#include "run/constants.hpp"   // for bohr_to_ang
+#include "run/matmul.hpp"      // for matmul
+#include "run/stop.hpp"        // for warn
+#include "run/text.hpp"        // for layout, tell
+
+namespace vbn {
+
+namespace {
+
+constexpr double geometry_eps = 0.001;  // bohr; geometries further apart are reported as different
+constexpr double turn_eps = 1.0e-6;     // a rotation this near to the identity is none
+
+// The identity and the rotations by 180 degrees about x, y, z, as diagonals.
+constexpr double axis_signs[4][3] = {
+    {+1.0, +1.0, +1.0},
+    {+1.0, -1.0, -1.0},
+    {-1.0, +1.0, -1.0},
+    {-1.0, -1.0, +1.0},
+};
+
+// Shifts `x` to its centre of mass and returns its inertia tensor about that.
+array2<double> centred_inertia_tensor(const array1<double>& mass, array2<double>& x) {
+  const int n = x.cols();
+  double mass_tot = 0.0;
+  std::array<double, 3> mcenter{};
+  for (int i = 1; i <= n; ++i) mass_tot += mass(i);
+  for (int a = 1; a <= 3; ++a) {
+    double& centre = mcenter[static_cast<std::size_t>(a - 1)];
+    for (int i = 1; i <= n; ++i) centre += mass(i) * x(a, i);
+    centre /= mass_tot;
+    for (int i = 1; i <= n; ++i) x(a, i) -= centre;
+  }
+
+  array2<double> moment(3, 3);
+  for (int i = 1; i <= n; ++i) {
+    const double m = mass(i);
+    const double px = x(1, i);
+    const double py = x(2, i);
+    const double pz = x(3, i);
+    moment(1, 1) += m * (py * py + pz * pz);
+    moment(2, 2) += m * (pz * pz + px * px);
+    moment(3, 3) += m * (px * px + py * py);
+    moment(1, 2) -= m * px * py;
+    moment(2, 3) -= m * py * pz;
+    moment(3, 1) -= m * pz * px;
+  }
+  moment(2, 1) = moment(1, 2);
+  moment(3, 2) = moment(2, 3);
+  moment(1, 3) = moment(3, 1);
+  return moment;
+}
+
+// The rotation whose rows are the axes in the columns of `vector`, made right-handed.
+array2<double> rotation_onto_axes(array2<double> vector) {
+  for (int k = 1; k <= 3; ++k) {
+    if (max_abs(vector.column(k)) < 0.0)
+      for (int a = 1; a <= 3; ++a) vector(a, k) = -vector(a, k);
+  }
+  vector(1, 3) = vector(2, 1) * vector(3, 2) - vector(3, 1) * vector(2, 2);
+  vector(2, 3) = vector(3, 1) * vector(1, 2) - vector(1, 1) * vector(3, 2);
+  vector(3, 3) = vector(1, 1) * vector(2, 2) - vector(2, 1) * vector(1, 2);
+
+  array2<double> rotation(3, 3);
+  for (int i = 1; i <= 3; ++i)
+    for (int j = 1; j <= 3; ++j) rotation(i, j) = vector(j, i);
+  return rotation;
+}
+
+// Centres `x` and returns the rotation to its principal axes.
+array2<double> principal_rotation(const array1<double>& mass, array2<double>& x) {
+  const array2<double> moment = centred_inertia_tensor(mass, x);
+  array1<double> eval(3);
+  array2<double> vector(3, 3);
+  int info = 0;
+  diag_symm(moment, eval, vector, info);
+  return rotation_onto_axes(vector);
+}
+
+// One of the four sign variants of a rotation.
+array2<double> sign_variant(int itype, const array2<double>& rotation) {
+  array2<double> variant(3, 3);
+  for (int j = 1; j <= 3; ++j)
+    for (int i = 1; i <= 3; ++i) variant(i, j) = axis_signs[itype - 1][i - 1] * rotation(i, j);
+  return variant;
+}
+
+// Report of a geometry that is not the one of the frequency file.
+void tell_mismatch(const states& state, double d, const text<200>& file, const array2<double>& x_file) {
+  static const layout title(
+      R"((2x,"The coordinate of atom in file ", a,   " is not equal to that in the file ", a))");
+  static const layout coordinates("(6f15.7)");
+  tell_free({d, geometry_eps});
+  tell(title, {state.ffreq.trimmed(), file.trimmed()});
+  for (int i = 1; i <= state.natom; ++i) {
+    tell(coordinates, {state.x(1, i) * bohr_to_ang, state.x(2, i) * bohr_to_ang, state.x(3, i) * bohr_to_ang,
+                       x_file(1, i), x_file(2, i), x_file(3, i)});
+  }
+}
+
+void report_if_apart(const states& state, const text<200>& file, const array2<double>& x_file) {
+  double d = 0.0;
+  int info = 0;
+  get_dv(state.x.span(), x_file.span(), d, info);
+  if (d > geometry_eps) tell_mismatch(state, d, file, x_file);
+}
+
+}  // namespace
+
+void inertm(const array1<double>& mass, array2<double>& x) {
+  const array2<double> moment = centred_inertia_tensor(mass, x);
+  array1<double> eval(3);
+  array1<double> wk(3);
+  array2<double> vector(3, 3);
+  int ierr = 0;
+  tred2e(moment, eval, wk, vector);
+  tql2e(eval, wk, vector, ierr);
+  rotn(rotation_onto_axes(vector), x.span());
+}
+
+void inertm_fc(const array1<double>& mass, array2<double>& x, array2<double>& fc, array2<double>& vector) {
+  vector = principal_rotation(mass, x);
+  rotn(vector, x.span());
+  rot_fc(vector, fc);
+}
+
+array2<double> inertmv2_ref(const array1<double>& mass, const array2<double>& x1, array2<double>& x,
+                            std::span<double> v1, std::span<double> v2) {
+  const array2<double> principal = principal_rotation(mass, x);
+  double test_min = 1.0e99;
+  int itype_min = 1;
+  for (int itype = 1; itype <= 4; ++itype) {
+    array2<double> x2 = x;
+    rotn(sign_variant(itype, principal), x2.span());
+    double sum = 0.0;
+    for (int i = 1; i <= x.cols(); ++i)
+      for (int a = 1; a <= 3; ++a) sum += (x2(a, i) - x1(a, i)) * (x2(a, i) - x1(a, i));
+    const double test_dx = std::sqrt(sum) / x.cols();
+    if (test_dx < test_min) {
+      test_min = test_dx;
+      itype_min = itype;
+    }
+  }
+  const array2<double> rotation = sign_variant(itype_min, principal);
+  rotn(rotation, x.span());
+  rotn(rotation, v1);
+  rotn(rotation, v2);
+  return rotation;
+}
+
+array2<double> inertmv_ref(const array1<double>& mass, const array2<double>& x1, array2<double>& x,
+                           std::span<double> v) {
+  return inertmv2_ref(mass, x1, x, v, {});
+}
+
+void get_dv(std::span<const double> v1, std::span<const double> v2, double& d, int& info) {
+  info = -1;
+  if (v1.empty()) return;
+  double sum = 0.0;
+  for (std::size_t k = 0; k < v1.size(); ++k) sum += (v1[k] - v2[k]) * (v1[k] - v2[k]);
+  d = std::sqrt(sum / static_cast<double>(v1.size()));
+  info = 0;
+}
+
+double max_abs(std::span<const double> v) {
+  double largest = 0.0;
+  for (const double element : v)
+    if (std::abs(element) > std::abs(largest)) largest = element;
+  return largest;
+}
+
+void get_inertial(states& state) {
+  int info = 0;
+  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, -1, info);
+  array2<double> vector;
+  inertm_fc(state.massau, state.x, state.fc, vector);
+  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+
+  if (state.ifnac) {
+    inertmv_ref(state.mass, state.x, state.x_nac, state.nacme_x.span());
+    state.nacme_x1 = state.nacme_x;
+    report_if_apart(state, state.fnacm, state.x_nac);
+  }
+  if (state.ifdip) {
+    // The dipole component is the leading index of `tdipd_x`, so a vector of components stands behind each
+    // displacement.
+    const array2<double> rotation =
+        inertmv2_ref(state.mass, state.x, state.x_dip, state.dip0.span(), state.tdipd_x.span());
+    add_dipole_turn(state, rotation);
+    state.tdipd_x1 = state.tdipd_x;
+    report_if_apart(state, state.ftdipd, state.x_dip);
+  }
+}
+
+void add_dipole_turn(states& state, const array2<double>& rot) {
+  state.dip_turn = state.dip_turn.rows() == 0 ? rot : matmul(rot, state.dip_turn);
+}
+
+void warn_of_dipole_turn(const states& state) {
+  double largest = 0.0;
+  for (int i = 1; i <= state.dip_turn.rows(); ++i)
+    for (int j = 1; j <= state.dip_turn.cols(); ++j)
+      largest = std::max(largest, std::abs(state.dip_turn(i, j) - (i == j ? 1.0 : 0.0)));
+  if (largest <= turn_eps) return;
+  warn("the transition dipole derivatives in " + state.ftdipd.str() +
+       " stand in another frame than the modes; only their dipole components are turned, so the derivatives "
+       "by "
+       "mode mean little: give the file in the frame of the final coordinates in the log");
+}
+
+}  // namespace vbn

@@ -1,0 +1,196 @@
+// The vectors of translation and rotation, and the three ways to project them out of the Hessian.
+#include "frame/projection.hpp"  // for get_proj_hessian
+
+#include <cmath>
+#include <span>
+
+#include "frame/eigen.hpp"    // for diag_symm
+#include "frame/hessian.hpp"  // for fc_to_fcm, eigenvalues_to_frequencies
+#include "run/blas.hpp"       // for ddot_, dscal_, dcopy_
+#include "run/matmul.hpp"     // for matmul, matmul_add
+#include "run/text.hpp"       // for tell_free
+
+namespace vbn {
+
+namespace {
+
+constexpr double smallest_square = 1.0e-8;  // a vector whose square is not above it counts as zero
+constexpr int nvec = 6;                     // translations and rotations
+constexpr int one = 1;                      // stride of a column
+
+double* column(array2<double>& v, int j) { return v.column(j).data(); }
+
+double dot(int n, const double* v1, const double* v2) { return ddot_(&n, v1, &one, v2, &one); }
+
+void scale(int n, double factor, double* v) { dscal_(&n, &factor, v, &one); }
+
+double sprod(std::span<const double> v1, std::span<const double> v2) {
+  double sum = 0.0;
+  for (std::size_t k = 0; k < v1.size(); ++k) sum += v1[k] * v2[k];
+  return sum;
+}
+
+void vscal(double skal, std::span<double> v) {
+  for (double& element : v) element *= skal;
+}
+
+// Places of the coordinates of atom i in a vector of all coordinates.
+int slot(int i, int a) { return 3 * (i - 1) + a; }
+
+// Orthonormalises columns 2 to 6 of `v` against the columns before them; column 1 is left as it is. A column
+// that depends on those before it becomes zero, in mode 2 with a message.
+void gram_schmidt(array2<double>& v, bool tell_dependent) {
+  const int n = v.rows();
+  for (int i = 2; i <= nvec; ++i) {
+    double* const vi = column(v, i);
+    for (int j = 1; j < i; ++j) {
+      const double* const vj = column(v, j);
+      const double d = dot(n, vj, vi);
+      for (int k = 0; k < n; ++k) vi[k] -= d * vj[k];
+    }
+    const double r = dot(n, vi, vi);
+    if (r > smallest_square) {
+      scale(n, 1.0 / std::sqrt(r), vi);
+      continue;
+    }
+    for (double& element : v.column(i)) element = 0.0;
+    if (tell_dependent) {
+      tell_free({"Dependent rotation vector no.", i - 3});
+      tell_free({"found in ECKART; assuming linear geometry"});
+    }
+  }
+}
+
+// h := (I - w1) h (I - w1) with w1 = v v^T, as the sum of its terms.
+void project_out(const array2<double>& v, array2<double>& h) {
+  const int n = h.rows();
+  const int elements = n * n;
+  array2<double> hessp(n, n);
+  array2<double> w1(n, n);
+  array2<double> w2(n, n);
+  dcopy_(&elements, h.data(), &one, hessp.data(), &one);
+  matmul_add(1.0, v, op::plain, v, op::transposed, 0.0, w1);
+  matmul_add(1.0, w1, op::plain, h, op::plain, 0.0, w2);
+  matmul_add(1.0, w2, op::plain, w1, op::plain, 1.0, hessp);
+  matmul_add(-1.0, w1, op::plain, h, op::plain, 1.0, hessp);
+  matmul_add(-1.0, h, op::plain, w1, op::plain, 1.0, hessp);
+  h = hessp;
+}
+
+}  // namespace
+
+void com(const array1<double>& mass, array2<double>& x) {
+  double mass_tot = 0.0;
+  for (int i = 1; i <= x.cols(); ++i) mass_tot += mass(i);
+  for (int a = 1; a <= 3; ++a) {
+    double centre = 0.0;
+    for (int i = 1; i <= x.cols(); ++i) centre += mass(i) * x(a, i);
+    centre /= mass_tot;
+    for (int i = 1; i <= x.cols(); ++i) x(a, i) -= centre;
+  }
+}
+
+array2<double> get_trans_rot_vec(const array1<double>& mass, const array2<double>& x) {
+  const int natom = x.cols();
+  array2<double> v(3 * natom, nvec);
+  for (int i = 1; i <= natom; ++i) {
+    const double s = std::sqrt(mass(i));
+    const double px = x(1, i);
+    const double py = x(2, i);
+    const double pz = x(3, i);
+    for (int a = 1; a <= 3; ++a) v(slot(i, a), a) = s;
+    v(slot(i, 2), 4) = -s * pz;
+    v(slot(i, 3), 4) = s * py;
+    v(slot(i, 1), 5) = s * pz;
+    v(slot(i, 3), 5) = -s * px;
+    v(slot(i, 1), 6) = -s * py;
+    v(slot(i, 2), 6) = s * px;
+  }
+  return v;
+}
+
+array2<double> formtrm1(const array1<double>& mass, const array2<double>& xc) {
+  array2<double> v = get_trans_rot_vec(mass, xc);
+  for (int k = 1; k <= nvec; ++k) {
+    const double s2 = sprod(v.column(k), v.column(k));
+    if (s2 > smallest_square) vscal(1.0 / std::sqrt(s2), v.column(k));
+  }
+  return v;
+}
+
+void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<double>& hess) {
+  const int n = hess.rows();
+  array2<double> xc = x;
+  com(mass, xc);
+  const array2<double> v = formtrm1(mass, xc);
+  array2<double> p(n, n);
+  for (int j = 1; j <= n; ++j) {
+    for (int i = 1; i <= n; ++i) {
+      double sum = 0.0;
+      for (int k = 1; k <= nvec; ++k) sum += v(i, k) * v(j, k);
+      p(i, j) = (i == j ? 1.0 : 0.0) - sum;
+    }
+  }
+  hess = matmul(p, matmul(hess, p));
+}
+
+void project_xhessian_rot(const array2<double>& x, array2<double>& hess) {
+  const int natom = x.cols();
+  array2<double> v(hess.rows(), nvec);
+  // The root of single precision leaves the translations a little off unit length. Columns 2 and 3 are
+  // normalised below; column 1 stays so.
+  const double vnorm = 1.0 / static_cast<double>(std::sqrt(static_cast<float>(natom)));
+  for (int i = 1; i <= natom; ++i) {
+    for (int a = 1; a <= 3; ++a) v(slot(i, a), a) = vnorm;
+    v(slot(i, 2), 4) = x(3, i);
+    v(slot(i, 3), 4) = -x(2, i);
+    v(slot(i, 1), 5) = -x(3, i);
+    v(slot(i, 3), 5) = x(1, i);
+    v(slot(i, 1), 6) = x(2, i);
+    v(slot(i, 2), 6) = -x(1, i);
+  }
+  gram_schmidt(v, true);
+  project_out(v, hess);
+}
+
+void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, array2<double>& fcm) {
+  const int n = fcm.rows();
+  array2<double> xc = x;
+  com(mass, xc);
+  array2<double> v = get_trans_rot_vec(mass, xc);
+  for (int k = 1; k <= nvec; ++k) {
+    const double length = std::sqrt(dot(n, column(v, k), column(v, k)));
+    if (length > 0.0)
+      for (double& element : v.column(k)) element /= length;
+  }
+  gram_schmidt(v, false);
+  project_out(v, fcm);
+}
+
+void get_proj_hessian(states& state, int proj_hessian) {
+  int info = 0;
+  if (!state.ifoniom) {
+    switch (proj_hessian) {
+      case 1:
+        projtrm_rot(state.x, state.massau, state.fcm);
+        fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, -1, info);
+        break;
+      case 2:
+        project_xhessian_rot(state.x, state.fc);
+        fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+        break;
+      case 3:
+        project_mhessian_rot(state.x, state.massau, state.fcm);
+        fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, -1, info);
+        break;
+      default:
+        break;
+    }
+  }
+  state.fcm1 = state.fcm;
+  state.fc1 = state.fc;
+  diag_symm(state.fcm1, state.freq1, state.cm1, info);
+  eigenvalues_to_frequencies(state.freq1);
+}
+
+}  // namespace vbn

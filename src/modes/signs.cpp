@@ -1,0 +1,70 @@
+// Conventions for the arbitrary signs of the modes.
+#include "modes/signs.hpp"  // for set_positive_diag, set_proper_rotation
+
+#include "frame/eigen.hpp"       // for sort_vec_large
+#include "modes/duschinsky.hpp"  // for get_vbn
+#include "run/blas.hpp"          // for dgetrf_
+
+namespace vbn {
+
+namespace {
+
+void negate_column(array2<double>& c, int j) {
+  for (double& element : c.column(j)) element = -element;
+}
+
+// The determinant from the LU factorisation; each exchange of rows changes its sign. The product of the
+// diagonal stays within its range since the matrix is orthogonal.
+double determinant(array2<double> c) {
+  const int n = c.rows();
+  array1<int> ipiv(n);
+  int info = 0;
+  dgetrf_(&n, &n, c.data(), &n, ipiv.data(), &info);
+  double det = 1.0;
+  for (int i = 1; i <= n; ++i) {
+    det *= c(i, i);
+    if (ipiv(i) != i) det = -det;
+  }
+  return det;
+}
+
+}  // namespace
+
+void set_positive_diag(array1<states>& state, bool positive_diag, const input_keys& keys) {
+  if (!positive_diag) return;
+  states& g = state(1);
+  states& e = state(2);
+  const int n3 = g.n3;
+  sort_vec_large(n3, n3, g.cm);
+  sort_vec_large(n3, n3, e.cm);
+  get_vbn(state, keys);
+  // Each test looks at the matrix of this call, so the flips cannot influence each other.
+  for (int i = 1; i <= n3; ++i) {
+    const int j2 = e.order(i, 1);
+    if (g.s(g.order(i, 1), j2) < 0.0) negate_column(e.cm, j2);
+  }
+  get_vbn(state, keys);
+}
+
+void set_proper_rotation(array1<states>& state, bool proper_rotation, const input_keys& keys) {
+  if (!proper_rotation) return;
+  states& g = state(1);
+  states& e = state(2);
+  double smin = 1.0e99;
+  int k1 = 1;
+  int k2 = 1;
+  for (int i = 1; i <= g.n3; ++i) {
+    const int j1 = g.order(i, 1);
+    const int j2 = e.order(i, 1);
+    if (g.s(j1, j2) < smin) {
+      smin = g.s(j1, j2);
+      k1 = j1;
+      k2 = j2;
+    }
+  }
+  if (determinant(g.cm) < 0.0) negate_column(g.cm, k1);
+  if (determinant(e.cm) < 0.0) negate_column(e.cm, k2);
+  get_vbn(state, keys);
+}
+
+}  // namespace vbn
