@@ -1,0 +1,272 @@
+// Whole runs over real calculations: they end, repeat to the byte, and agree with what is known from
+// elsewhere.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "tests/end_to_end/whole_run.hpp"  // for whole_run
+
+namespace vbn::end_to_end {
+namespace {
+
+struct real_case {
+  const char* folder;
+  const char* input;
+};
+
+// The small cases, which run in every build.
+const std::vector<real_case> small_cases = {
+    {"nwchem/water", "water.inp"},
+    {"nwchem/formaldehyde", "formaldehyde.inp"},
+    {"nwchem/formaldehyde_s1", "formaldehyde_s1.inp"},
+    {"nwchem/formaldehyde_s1", "planar.inp"},
+    {"nwchem/ethylene", "ethylene.inp"},
+    {"nwchem/ammonia", "ammonia.inp"},
+    {"nwchem/glyoxal", "glyoxal.inp"},
+    {"nwchem/butadiene", "butadiene.inp"},
+    {"nwchem/formamide", "formamide.inp"},
+    {"nwchem/hcn", "hcn.inp"},
+    {"nwchem/n2", "n2.inp"},
+    {"formats/formaldehyde/gaussian", "formaldehyde.inp"},
+    {"formats/formaldehyde/molpro", "formaldehyde.inp"},
+    {"formats/formaldehyde/turbomole", "formaldehyde.inp"},
+    {"formats/formaldehyde/chemshell", "formaldehyde.inp"},
+    {"formats/formaldehyde/numforce", "formaldehyde.inp"},
+    {"formats/formaldehyde/nwchem", "formaldehyde.inp"},
+    {"formats/formaldehyde/mixed", "formaldehyde.inp"},
+    {"oniom/formaldehyde_2w", "formaldehyde_2w.inp"},
+    {"couplings/glyoxal", "gaussian.inp"},
+    {"couplings/glyoxal", "molpro.inp"},
+    {"couplings/glyoxal", "nwchem.inp"},
+    {"couplings/glyoxal", "turbomole63.inp"},
+    {"couplings/glyoxal", "turbomole65.inp"},
+    {"couplings/glyoxal", "state2.inp"},
+    {"couplings/glyoxal", "elsewhere_forced.inp"},
+    {"dipoles/naphthalene", "naphthalene.inp"},
+    {"dipoles/naphthalene", "turned.inp"},
+    {"xtb/naphthalene/gaussian", "naphthalene.inp"},
+    {"xtb/naphthalene/numforce", "naphthalene.inp"},
+    {"xtb/azobenzene/gaussian", "azobenzene.inp"},
+    {"xtb/azobenzene/numforce", "azobenzene.inp"},
+    {"xtb/coumarin153/gaussian", "coumarin153.inp"},
+    {"xtb/coumarin153/numforce", "coumarin153.inp"},
+    {"xtb/nitrobenzene/gaussian", "nitrobenzene.inp"},
+    {"xtb/nitrobenzene/numforce", "nitrobenzene.inp"},
+    {"public/dvb_gaussian", "dvb.inp"},
+    {"public/dvb_gaussian_turbomole", "dvb.inp"},
+    {"public/dvb_nwchem", "dvb.inp"},
+    {"public/propane_gaussian", "propane.inp"},
+    {"public/cyclopentane_gaussian", "cyclopentane.inp"},
+    {"public/formic_acid_molpro", "amended.inp"},
+};
+
+// The large ones, for the builds without a sanitizer.
+const std::vector<real_case> large_cases = {
+    {"xtb/beta_carotene/gaussian", "beta_carotene.inp"},
+    {"xtb/beta_carotene/numforce", "beta_carotene.inp"},
+    {"xtb/octa3ht/numforce", "octa3ht.inp"},
+};
+
+const std::vector<std::string> files_of_a_run = {
+    "vbn.out",      "vbn.cart.dat", "vbn.cart.abs", "vbn.dint.dat", "vbn.dint.abs",
+    "vbn.dx.x.com", "vbn.dx.x.xyz", "vbn.dx.v.xyz", "vbn.vib1.xyz", "vbn.vib2.xyz"};
+
+// Runs the case twice; every file is there, holds no value that is none, and comes out the same.
+void run_twice(const real_case& it) {
+  SCOPED_TRACE(std::string(it.folder) + "/" + it.input);
+  whole_run run(real_data() / it.folder);
+  run.run(it.input);
+  ASSERT_EQ(run.status, 0) << run.out << run.err;
+  const auto first = run.results();
+  for (const std::string& file : files_of_a_run) {
+    ASSERT_TRUE(first.contains(file)) << file;
+    // Equal geometries have no direction to scale the arrows of the displacement by.
+    if (file != "vbn.dx.v.xyz") EXPECT_EQ(first.at(file).find("NaN"), std::string::npos) << file;
+  }
+  run.run(it.input);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_TRUE(run.results() == first) << "a second run wrote other bytes";
+}
+
+mode_table cartesian_table(const std::string& folder, const std::string& input) {
+  whole_run run(real_data() / folder);
+  run.run(input);
+  EXPECT_EQ(run.status, 0) << folder << "\n" << run.out << run.err;
+  return parse_mode_data(run.read("vbn.cart.dat"));
+}
+
+// Tables of one physics: frequencies to `freq` cm-1, Huang-Rhys factors and the total relative to their size.
+void expect_same_physics(const mode_table& a, const mode_table& b, double freq, double relative) {
+  ASSERT_EQ(a.rows.size(), b.rows.size());
+  for (std::size_t i = 0; i < a.rows.size(); ++i) {
+    SCOPED_TRACE("mode " + std::to_string(i + 1));
+    EXPECT_NEAR(a.rows[i].freq1, b.rows[i].freq1, freq);
+    EXPECT_NEAR(a.rows[i].freq2, b.rows[i].freq2, freq);
+    EXPECT_NEAR(a.rows[i].hr1, b.rows[i].hr1, relative * (0.01 + std::abs(a.rows[i].hr1)));
+    EXPECT_NEAR(a.rows[i].hr2, b.rows[i].hr2, relative * (0.01 + std::abs(a.rows[i].hr2)));
+    EXPECT_NEAR(std::abs(a.rows[i].s), std::abs(b.rows[i].s), 10 * relative);
+  }
+  EXPECT_NEAR(a.total1, b.total1, relative * (1.0 + a.total1));
+  EXPECT_NEAR(a.total2, b.total2, relative * (1.0 + a.total2));
+}
+
+// The frequencies, rising, of the lines that begin with `label` in the last table of them.
+std::vector<double> printed_frequencies(const std::filesystem::path& file, const std::string& label) {
+  std::ifstream stream(file);
+  std::vector<double> found;
+  for (std::string line; std::getline(stream, line);) {
+    const std::size_t at = line.find(label);
+    if (at == std::string::npos) continue;
+    std::istringstream words(line.substr(at + label.size()));
+    for (double f; words >> f;) found.push_back(f);
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+TEST(real_cases, small_ones_run_to_their_end_and_repeat_to_the_byte) {
+  VBN_NEEDS_REAL_DATA();
+  for (const real_case& it : small_cases) run_twice(it);
+}
+
+TEST(real_cases, large_ones_run_to_their_end_and_repeat_to_the_byte) {
+  VBN_NEEDS_REAL_DATA();
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "too slow under the sanitizers";
+#endif
+  for (const real_case& it : large_cases) run_twice(it);
+}
+
+TEST(real_cases, projected_frequencies_are_the_ones_that_the_quantum_chemistry_printed) {
+  VBN_NEEDS_REAL_DATA();
+  const std::vector<std::array<const char*, 4>> pairs = {
+      {"water", "water.inp", "neutral.out", "cation.out"},
+      {"formaldehyde", "formaldehyde.inp", "s0.out", "cation.out"},
+      {"formaldehyde_s1", "formaldehyde_s1.inp", "s0.out", "s1.out"},
+      {"formaldehyde_s1", "planar.inp", "s0.out", "s1_planar.out"},
+      {"ethylene", "ethylene.inp", "neutral.out", "cation.out"},
+      {"ammonia", "ammonia.inp", "neutral.out", "cation.out"},
+      {"glyoxal", "glyoxal.inp", "s0.out", "t1.out"},
+      {"butadiene", "butadiene.inp", "s0.out", "t1.out"},
+      {"formamide", "formamide.inp", "neutral.out", "cation.out"},
+      {"hcn", "hcn.inp", "neutral.out", "cation.out"},
+      {"n2", "n2.inp", "neutral.out", "cation.out"}};
+  for (const auto& [folder, input, file1, file2] : pairs) {
+    SCOPED_TRACE(std::string(folder) + "/" + input);
+    const mode_table table = cartesian_table(std::string("nwchem/") + folder, input);
+    for (int k = 1; k <= 2; ++k) {
+      const auto printed =
+          printed_frequencies(real_data() / "nwchem" / folder / (k == 1 ? file1 : file2), "P.Frequency");
+      ASSERT_EQ(printed.size(), table.rows.size());
+      std::vector<double> ours;
+      for (const mode_row& row : table.rows) ours.push_back(k == 1 ? row.freq1 : row.freq2);
+      std::sort(ours.begin(), ours.end());
+      for (std::size_t i = 0; i < ours.size(); ++i) EXPECT_NEAR(ours[i], printed[i], 0.1) << "mode " << i + 1;
+    }
+  }
+}
+
+TEST(real_cases, one_molecule_gives_the_same_tables_through_every_kind_of_file) {
+  VBN_NEEDS_REAL_DATA();
+  const std::string folder = "formats/formaldehyde/";
+  const mode_table reference = cartesian_table(folder + "numforce", "formaldehyde.inp");
+  // The files carry 6 to 10 digits of the coordinates and 5 to 8 of the force constants.
+  for (const char* kind : {"gaussian", "molpro", "turbomole", "chemshell", "nwchem", "mixed"}) {
+    SCOPED_TRACE(kind);
+    expect_same_physics(reference, cartesian_table(folder + kind, "formaldehyde.inp"), 0.1, 1e-3);
+  }
+}
+
+TEST(real_cases, turning_and_shifting_the_molecule_changes_no_result) {
+  VBN_NEEDS_REAL_DATA();
+  // The logs hold the molecule of the other folder turned and shifted at random, with coordinates to 6
+  // decimals.
+  for (const char* name : {"naphthalene", "azobenzene", "coumarin153", "nitrobenzene"}) {
+    SCOPED_TRACE(name);
+    const std::string folder = std::string("xtb/") + name;
+    expect_same_physics(cartesian_table(folder + "/numforce", std::string(name) + ".inp"),
+                        cartesian_table(folder + "/gaussian", std::string(name) + ".inp"), 0.02, 2e-3);
+  }
+}
+
+TEST(real_cases, exchanging_the_states_exchanges_their_columns) {
+  VBN_NEEDS_REAL_DATA();
+  whole_run run(real_data() / "nwchem/formamide");
+  run.run("formamide.inp");
+  const mode_table there = parse_mode_data(run.read("vbn.cart.dat"));
+  run.write("back.inp", "&vbn ffreq(1) = 'cation.out', ffreq(2) = 'neutral.out' /\n");
+  run.run("back.inp");
+  const mode_table back = parse_mode_data(run.read("vbn.cart.dat"));
+  ASSERT_EQ(there.rows.size(), back.rows.size());
+  for (std::size_t i = 6; i < there.rows.size(); ++i) {
+    EXPECT_DOUBLE_EQ(there.rows[i].freq1, back.rows[i].freq2);
+    EXPECT_NEAR(there.rows[i].hr1, back.rows[i].hr2, 2e-5);
+    EXPECT_NEAR(there.rows[i].hr2, back.rows[i].hr1, 2e-5);
+    EXPECT_NEAR(std::abs(there.rows[i].s), std::abs(back.rows[i].s), 2e-4);
+  }
+}
+
+TEST(real_cases, duschinsky_matrix_is_orthogonal_and_the_unit_matrix_for_equal_files) {
+  VBN_NEEDS_REAL_DATA();
+  const mode_table t = cartesian_table("nwchem/formamide", "formamide.inp");
+  const std::size_t n = t.rows.size();
+  ASSERT_EQ(t.s.size(), n * n);
+  for (std::size_t i = 6; i < n; ++i) {
+    for (std::size_t j = 6; j < n; ++j) {
+      double sum = 0;
+      for (std::size_t k = 6; k < n; ++k) sum += t.s[i * n + k] * t.s[j * n + k];
+      EXPECT_NEAR(sum, i == j ? 1.0 : 0.0, 2e-5);
+    }
+  }
+
+  whole_run run(real_data() / "nwchem/formamide");
+  run.write("equal.inp", "&vbn ffreq = 2*'neutral.out' /\n");
+  run.run("equal.inp");
+  const mode_table equal = parse_mode_data(run.read("vbn.cart.dat"));
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < n; ++j) EXPECT_NEAR(equal.s[i * n + j], i == j ? 1.0 : 0.0, 1e-6);
+    EXPECT_EQ(equal.rows[i].d1, 0.0);
+    EXPECT_EQ(equal.rows[i].hr2, 0.0);
+  }
+}
+
+TEST(real_cases, the_masses_of_the_input_reach_the_frequencies) {
+  VBN_NEEDS_REAL_DATA();
+  whole_run run(real_data() / "nwchem/ethylene");
+  run.write(
+      "heavy.inp",
+      "&vbn ffreq(1) = 'neutral.out' ffreq(2) = 'cation.out' if_isotope = t mass_type(1) = 2.01410178 /\n");
+  run.run("heavy.inp");
+  ASSERT_EQ(run.status, 0) << run.err;
+  const mode_table heavy = parse_mode_data(run.read("vbn.cart.dat"));
+  auto near = [&](double wanted) {
+    return std::any_of(heavy.rows.begin(), heavy.rows.end(),
+                       [&](const mode_row& row) { return std::abs(row.freq1 - wanted) < 0.02; });
+  };
+  EXPECT_TRUE(near(816.76));
+  EXPECT_TRUE(near(2545.61));
+  EXPECT_LT(heavy.rows.back().freq1, 2600.0);
+}
+
+TEST(real_cases, one_states_force_constants_serve_both_when_selected) {
+  VBN_NEEDS_REAL_DATA();
+  whole_run run(real_data() / "nwchem/formaldehyde");
+  run.write("one.inp", "&vbn ffreq = 's0.out' 'cation.out' select_state = 1 /\n");
+  run.run("one.inp");
+  ASSERT_EQ(run.status, 0) << run.err;
+  const mode_table one = parse_mode_data(run.read("vbn.cart.dat"));
+  const auto printed = printed_frequencies(real_data() / "nwchem/formaldehyde/s0.out", "P.Frequency");
+  // The frames of the two geometries differ by a small turn, so the shared matrix is nearly the same in both.
+  for (std::size_t i = 6; i < one.rows.size(); ++i) {
+    EXPECT_NEAR(one.rows[i].freq1, printed[i], 0.1);
+    EXPECT_NEAR(one.rows[i].freq2, printed[i], 20.0);
+  }
+  EXPECT_GT(std::abs(one.rows[8].d1) + std::abs(one.rows[9].d1), 1e-3);
+}
+
+}  // namespace
+}  // namespace vbn::end_to_end
