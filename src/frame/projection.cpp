@@ -159,9 +159,11 @@ void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, a
   com(mass, xc);
   array2<double> v = get_trans_rot_vec(mass, xc);
   for (int k = 1; k <= nvec; ++k) {
-    const double length = std::sqrt(dot(n, column(v, k), column(v, k)));
-    if (length > 0.0)
-      for (double& element : v.column(k)) element /= length;
+    // The rotation about the axis of a linear molecule is a rounding error, and counts as zero before it is
+    // blown up to a vector of unit length.
+    const double square = dot(n, column(v, k), column(v, k));
+    for (double& element : v.column(k))
+      element = square > smallest_square ? element / std::sqrt(square) : 0.0;
   }
   gram_schmidt(v, false);
   project_out(v, fcm);

@@ -1,0 +1,285 @@
+// Tests of the pairing of modes on all its paths.
+#include "modes/ordering.hpp"  // for vbn_ord, large_elements
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include "frame/sorting.hpp"  // for indexx
+
+namespace vbn {
+namespace {
+
+// The assignment as it is described: all elements sorted, each compared with all pairs accepted before.
+void plain_large_elements(array1<int>& idx_j, array1<int>& idx_k, const array2<double>& matrix,
+                          int sort_mode) {
+  const int nj = idx_j.size();
+  const int nk = idx_k.size();
+  const int n = nj * nk;
+  array1<int> j1(n), k1(n), j2(n), k2(n), ord;
+  array1<double> array(n);
+  int i = 0;
+  for (int j = 1; j <= nj; ++j) {
+    for (int k = 1; k <= nk; ++k) {
+      ++i;
+      j1(i) = idx_j(j);
+      k1(i) = idx_k(k);
+      array(i) = std::abs(matrix(j, k));
+    }
+  }
+  indexx(array.span(), ord);
+  for (i = 1; i <= n; ++i) {
+    j2(i) = j1(ord(n + 1 - i));
+    k2(i) = k1(ord(n + 1 - i));
+  }
+  int n1 = 1;
+  idx_j(1) = j2(1);
+  idx_k(1) = k2(1);
+  for (i = 2; i <= n; ++i) {
+    bool lock = false;
+    for (int p = 1; p <= n1; ++p) lock = lock || j2(i) == idx_j(p) || k2(i) == idx_k(p);
+    if (lock) continue;
+    ++n1;
+    idx_j(n1) = j2(i);
+    idx_k(n1) = k2(i);
+  }
+  if (sort_mode == 3) return;
+  array1<double> key(n1);
+  for (int p = 1; p <= n1; ++p) key(p) = sort_mode == 1 ? idx_j(p) : idx_k(p);
+  array1<int> rank;
+  indexx(key.span(), rank);
+  const array1<int> from_j = idx_j;
+  const array1<int> from_k = idx_k;
+  for (int p = 1; p <= n1; ++p) {
+    idx_j(p) = from_j(rank(p));
+    idx_k(p) = from_k(rank(p));
+  }
+}
+
+// Elements in steps of 0.1, so that many are equal.
+array2<double> matrix_with_ties(int nj, int nk, unsigned seed) {
+  std::mt19937 draw(seed);
+  std::uniform_int_distribution<int> tenths(-6, 6);
+  array2<double> m(nj, nk);
+  for (double& element : m.span()) element = 0.1 * tenths(draw);
+  return m;
+}
+
+array1<int> shuffled(int n, unsigned seed) {
+  array1<int> idx(n);
+  for (int i = 1; i <= n; ++i) idx(i) = 2 * i + 5;
+  std::shuffle(idx.begin(), idx.end(), std::mt19937(seed));
+  return idx;
+}
+
+TEST(ordering, looking_up_what_is_taken_gives_the_pairs_of_the_full_scan_ties_included) {
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    const int nj = 1 + static_cast<int>(seed % 9);
+    const int nk = 1 + static_cast<int>(seed % 7);
+    const array2<double> m = seed % 10 == 0 ? array2<double>(nj, nk) : matrix_with_ties(nj, nk, seed);
+    for (const int sort_mode : {1, 2, 3}) {
+      array1<int> fast_j = shuffled(nj, seed), plain_j = fast_j;
+      array1<int> fast_k = shuffled(nk, seed + 1), plain_k = fast_k;
+      large_elements(fast_j, fast_k, m, sort_mode);
+      plain_large_elements(plain_j, plain_k, m, sort_mode);
+      for (int p = 1; p <= std::min(nj, nk); ++p) {
+        EXPECT_EQ(fast_j(p), plain_j(p)) << seed << ' ' << sort_mode;
+        EXPECT_EQ(fast_k(p), plain_k(p)) << seed << ' ' << sort_mode;
+      }
+      // What is left of the longer side follows, so that no mode is lost or repeated.
+      array1<int> all = shuffled(nj, seed);
+      EXPECT_TRUE(std::is_permutation(fast_j.begin(), fast_j.end(), all.begin()));
+      all = shuffled(nk, seed + 1);
+      EXPECT_TRUE(std::is_permutation(fast_k.begin(), fast_k.end(), all.begin()));
+    }
+  }
+}
+
+// A call of vbn_ord with what it needs.
+struct pairing {
+  int n3;
+  input_keys keys;
+  array1<double> freq1, freq2;
+  array2<double> s1;
+  array1<text<6>> symm1, symm2;
+  int nrep = 1;
+  array1<text<3>> nmrep{8};
+  array2<int> idx1, idx2;
+  int unpaired = -1;
+
+  explicit pairing(int size)
+      : n3(size),
+        freq1(size),
+        freq2(size),
+        s1(size, size),
+        symm1(size, "A"),
+        symm2(size, "A"),
+        idx1(size, 2),
+        idx2(size, 2) {
+    for (int i = 1; i <= n3; ++i) freq1(i) = freq2(i) = 0.001 * i;
+    for (int i = 1; i <= n3; ++i) s1(i, i) = 1.0;
+    keys.sort_mode = 1;
+  }
+  void run() {
+    unpaired = vbn_ord(n3, freq1, freq2, s1, symm1, symm2, idx1, idx2, nrep, nmrep, keys);
+    for (int i = 1; i <= n3; ++i) EXPECT_TRUE(idx1(i, 2) == i && idx2(i, 2) == i);
+  }
+  std::vector<int> first() const { return {idx1.column(1).begin(), idx1.column(1).end()}; }
+  std::vector<int> second() const { return {idx2.column(1).begin(), idx2.column(1).end()}; }
+  // Mode j of state 1 overlaps with mode k of state 2 by `value`, besides the unit matrix.
+  void exchange(int j, int k, double value) {
+    s1(j, k) = s1(k, j) = value;
+    s1(j, j) = s1(k, k) = std::sqrt(1.0 - value * value);
+  }
+};
+
+const std::vector<int> one_to_nine = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+
+TEST(ordering, other_sort_modes_give_the_identity_whatever_the_matrix) {
+  for (const int sort_mode : {0, -1, 4}) {
+    pairing p(9);
+    p.exchange(7, 9, 1.0);
+    p.keys.sort_mode = sort_mode;
+    p.keys.if_symm = true;
+    p.run();
+    EXPECT_EQ(p.first(), one_to_nine);
+    EXPECT_EQ(p.second(), one_to_nine);
+    EXPECT_EQ(p.unpaired, 0);
+  }
+}
+
+TEST(ordering, sort_mode_chooses_the_state_that_rises_or_the_size_of_the_overlap) {
+  pairing p(9);
+  p.exchange(7, 9, -1.0);
+  p.s1(8, 8) = 0.9;
+  p.run();
+  EXPECT_EQ(p.first(), one_to_nine);
+  EXPECT_EQ(p.second(), (std::vector<int>{1, 2, 3, 4, 5, 6, 9, 8, 7}));
+  p.keys.sort_mode = 2;
+  p.run();
+  EXPECT_EQ(p.second(), one_to_nine);
+  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 9, 8, 7}));
+  p.keys.sort_mode = 3;
+  p.run();
+  EXPECT_EQ(p.first()[8], 8);  // the smallest overlap comes last
+  EXPECT_EQ(p.second()[8], 8);
+}
+
+TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_number) {
+  pairing p(9);
+  for (int i = 1; i <= 6; ++i) p.s1(i, i) = 0.0;
+  p.s1(1, 3) = 0.5;
+  p.s1(1, 4) = -0.5;  // equal: the lower one wins
+  p.s1(2, 3) = 0.9;   // taken by row 1, though this is larger
+  p.s1(2, 1) = 0.1;
+  p.s1(3, 3) = 0.7;  // all that is not zero is taken
+  p.s1(4, 9) = 1.0;  // never looked at
+  p.run();
+  EXPECT_EQ(p.second(), (std::vector<int>{3, 1, 3, 4, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(p.first(), one_to_nine);
+}
+
+TEST(ordering, n3all_lets_a_vibration_pair_with_a_rotation) {
+  pairing p(9);
+  p.exchange(2, 8, 0.95);
+  p.run();
+  EXPECT_EQ(p.second(), one_to_nine);
+  p.keys.n3all = true;
+  p.run();
+  EXPECT_EQ(p.first(), one_to_nine);
+  EXPECT_EQ(p.second(), (std::vector<int>{1, 8, 3, 4, 5, 6, 7, 2, 9}));
+}
+
+TEST(ordering, an_atom_and_two_atoms_have_no_second_block) {
+  for (const int n3 : {3, 6}) {
+    for (const bool n3all : {false, true}) {
+      for (const bool if_symm : {false, true}) {
+        pairing p(n3);
+        p.exchange(1, 3, 0.9);
+        p.keys.n3all = n3all;
+        p.keys.if_symm = if_symm;
+        p.run();
+        EXPECT_EQ(p.unpaired, 0);
+        std::vector<int> partner(static_cast<std::size_t>(n3) + 1);
+        for (int i = 1; i <= n3; ++i) partner[static_cast<std::size_t>(p.idx1(i, 1))] = p.idx2(i, 1);
+        EXPECT_EQ(partner[1], 3) << n3 << n3all << if_symm;
+        EXPECT_EQ(partner[2], 2) << n3 << n3all << if_symm;
+      }
+    }
+  }
+}
+
+// Modes 7 to 10 of twelve are of representation A1, 11 and 12 of B2, in both states.
+pairing symmetric_pairing() {
+  pairing p(12);
+  p.keys.if_symm = true;
+  p.nrep = 2;
+  p.nmrep(1) = "A1";
+  p.nmrep(2) = "B2";
+  for (int i = 1; i <= 12; ++i) p.symm1(i) = p.symm2(i) = i <= 10 ? "A1" : "B2";
+  return p;
+}
+
+TEST(ordering, pairs_stay_within_their_representation_even_against_a_larger_overlap) {
+  for (const int sort_mode : {1, 2, 3}) {
+    pairing p = symmetric_pairing();
+    p.exchange(8, 12, 0.9);
+    p.exchange(7, 9, 0.8);
+    p.keys.sort_mode = sort_mode;
+    p.run();
+    EXPECT_EQ(p.unpaired, 0);
+    for (int i = 1; i <= 12; ++i) {
+      const int j = p.idx1(i, 1);
+      const int k = p.idx2(i, 1);
+      EXPECT_EQ(k, j == 7 ? 9 : j == 9 ? 7 : j) << sort_mode;
+      EXPECT_EQ(i <= 6, j <= 6);
+      EXPECT_EQ(i > 10, j > 10);  // blocks in the order of the names
+    }
+  }
+}
+
+TEST(ordering, the_six_lowest_of_the_symmetric_path_go_by_frequency_and_not_by_number) {
+  pairing p = symmetric_pairing();
+  p.freq1(1) = p.freq2(1) = -0.1;  // an imaginary mode: by its size the highest of all
+  p.symm1(1) = p.symm2(1) = "B2";
+  p.run();
+  EXPECT_EQ(p.first(), (std::vector<int>{2, 3, 4, 5, 6, 7, 8, 9, 10, 1, 11, 12}));
+  EXPECT_EQ(p.second(), p.first());
+}
+
+TEST(ordering, surplus_modes_of_a_representation_stand_below_all_pairs_and_are_counted) {
+  pairing p = symmetric_pairing();
+  p.symm1(10) = "B2";
+  p.run();
+  EXPECT_EQ(p.unpaired, 1);
+  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 10}));
+  EXPECT_EQ(p.second(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 10}));
+}
+
+TEST(ordering, a_representation_of_one_state_only_is_skipped_and_the_last_rows_keep_their_numbers) {
+  pairing p = symmetric_pairing();
+  p.nrep = 3;
+  p.nmrep(1) = "A2";  // state 2 alone
+  p.nmrep(3) = "A1";
+  for (int i = 7; i <= 8; ++i) p.symm1(i) = "B1";  // of no name at all
+  for (int i = 7; i <= 8; ++i) p.symm2(i) = "A2";
+  p.run();
+  EXPECT_EQ(p.unpaired, 2);
+  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 11, 12, 9, 10, 11, 12}));
+  EXPECT_EQ(p.second(), p.first());
+}
+
+TEST(ordering, modes_without_a_representation_keep_their_rows_when_no_point_group_was_worked_out) {
+  pairing p(12);
+  p.keys.if_symm = true;
+  p.exchange(8, 12, 0.9);
+  p.run();
+  EXPECT_EQ(p.unpaired, 6);
+  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+  EXPECT_EQ(p.second(), p.first());
+}
+
+}  // namespace
+}  // namespace vbn

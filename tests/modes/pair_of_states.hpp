@@ -1,0 +1,35 @@
+// Two states of one molecule with their modes, for tests of how they correspond.
+#pragma once
+
+#include "frame/eckart.hpp"          // for do_eckart
+#include "frame/inertial.hpp"        // for get_inertial
+#include "frame/projection.hpp"      // for get_proj_hessian
+#include "tests/frame/molecule.hpp"  // for spring_molecule
+#include "tests/written_file.hpp"    // for scratch
+
+namespace vbn {
+
+// Brings both states to the modes of their final frame, as a run does.
+inline void to_modes(run_data& run) {
+  run.fout = output_file(scratch("frame.out"));
+  for (states& state : run.state) {
+    get_inertial(state);
+    get_proj_hessian(state, 1);
+  }
+  do_eckart(run);
+  for (states& state : run.state) get_freq(state);
+  run.fout.close();
+}
+
+// A chiral molecule and the same one with other springs and a stretched bond.
+inline run_data chiral_pair() {
+  run_data run;
+  run.state(1) = spring_molecule(chiral_molecule);
+  std::vector<test_atom> excited = chiral_molecule;
+  excited[1].x[0] += 0.15;
+  excited[3].x[2] -= 0.2;
+  run.state(2) = spring_molecule(excited, 0.25);
+  return run;
+}
+
+}  // namespace vbn
