@@ -110,7 +110,7 @@ void warn_of_modes(const array1<states>& state) {
            " cm-1; they stand first and move the modes of no frequency up");
     }
     if (zero > 6) {
-      warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " + with_digits(near_zero, 0) +
+      warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " + with_digits(near_zero, 1) +
            " cm-1, six of which are translations and rotations; the Huang-Rhys factors of the others mean "
            "little");
     }

@@ -85,7 +85,8 @@ void run_twice(const real_case& it) {
   for (const std::string& file : files_of_a_run) {
     ASSERT_TRUE(first.contains(file)) << file;
     // Equal geometries have no direction to scale the arrows of the displacement by.
-    if (file != "vbn.dx.v.xyz") EXPECT_EQ(first.at(file).find("NaN"), std::string::npos) << file;
+    if (file == "vbn.dx.v.xyz") continue;
+    EXPECT_EQ(first.at(file).find("NaN"), std::string::npos) << file;
   }
   run.run(it.input);
   EXPECT_EQ(run.status, 0);
@@ -108,7 +109,10 @@ void expect_same_physics(const mode_table& a, const mode_table& b, double freq, 
     EXPECT_NEAR(a.rows[i].freq2, b.rows[i].freq2, freq);
     EXPECT_NEAR(a.rows[i].hr1, b.rows[i].hr1, relative * (0.01 + std::abs(a.rows[i].hr1)));
     EXPECT_NEAR(a.rows[i].hr2, b.rows[i].hr2, relative * (0.01 + std::abs(a.rows[i].hr2)));
-    EXPECT_NEAR(std::abs(a.rows[i].s), std::abs(b.rows[i].s), 10 * relative);
+    // Translations and rotations have one frequency, so their six modes mix at will.
+    if (i >= 6) {
+      EXPECT_NEAR(std::abs(a.rows[i].s), std::abs(b.rows[i].s), 10 * relative);
+    }
   }
   EXPECT_NEAR(a.total1, b.total1, relative * (1.0 + a.total1));
   EXPECT_NEAR(a.total2, b.total2, relative * (1.0 + a.total2));
@@ -215,11 +219,20 @@ TEST(real_cases, duschinsky_matrix_is_orthogonal_and_the_unit_matrix_for_equal_f
   const mode_table t = cartesian_table("nwchem/formamide", "formamide.inp");
   const std::size_t n = t.rows.size();
   ASSERT_EQ(t.s.size(), n * n);
-  for (std::size_t i = 6; i < n; ++i) {
-    for (std::size_t j = 6; j < n; ++j) {
-      double sum = 0;
-      for (std::size_t k = 6; k < n; ++k) sum += t.s[i * n + k] * t.s[j * n + k];
-      EXPECT_NEAR(sum, i == j ? 1.0 : 0.0, 2e-5);
+  // The rotations of two different geometries span slightly different spaces, so the block of the vibrations
+  // alone is orthogonal only as far as the displacement is small.
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < n; ++j) {
+      double all = 0;
+      double vibrations = 0;
+      for (std::size_t k = 0; k < n; ++k) {
+        all += t.s[i * n + k] * t.s[j * n + k];
+        if (k >= 6) vibrations += t.s[i * n + k] * t.s[j * n + k];
+      }
+      EXPECT_NEAR(all, i == j ? 1.0 : 0.0, 1e-5);
+      if (i >= 6 && j >= 6) {
+        EXPECT_NEAR(vibrations, i == j ? 1.0 : 0.0, 1e-2);
+      }
     }
   }
 
@@ -227,8 +240,8 @@ TEST(real_cases, duschinsky_matrix_is_orthogonal_and_the_unit_matrix_for_equal_f
   run.write("equal.inp", "&vbn ffreq = 2*'neutral.out' /\n");
   run.run("equal.inp");
   const mode_table equal = parse_mode_data(run.read("vbn.cart.dat"));
-  for (std::size_t i = 0; i < n; ++i) {
-    for (std::size_t j = 0; j < n; ++j) EXPECT_NEAR(equal.s[i * n + j], i == j ? 1.0 : 0.0, 1e-6);
+  for (std::size_t i = 6; i < n; ++i) {
+    for (std::size_t j = 6; j < n; ++j) EXPECT_NEAR(equal.s[i * n + j], i == j ? 1.0 : 0.0, 1e-6);
     EXPECT_EQ(equal.rows[i].d1, 0.0);
     EXPECT_EQ(equal.rows[i].hr2, 0.0);
   }
