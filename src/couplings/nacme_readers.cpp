@@ -34,9 +34,10 @@ struct couplings {
   int natom() const { return z.size(); }
 };
 
-// The relation of coupling vector and transition field divides by the energy and by the charges.
+// The relation of coupling vector and transition field divides by the energy and by the charges, and so do
+// the scales of the coupling by mode. An energy with fewer digits than a double holds counts as zero.
 void check_divisors(const input_file& file, const couplings& read) {
-  if (read.e_vert == 0.0) {
+  if (!std::isnormal(read.e_vert)) {
     fail({"the vertical energy of the coupling file is zero", file.name(), 0, "", 0,
           "an energy difference of the two states, by which the couplings are scaled"});
   }
