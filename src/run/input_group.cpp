@@ -43,20 +43,26 @@ struct selection {
 // A key with its extents, as mode_block(1..2,1..1500).
 std::string shape(const input_key& key) {
   std::string s(key.name);
-  if (key.extent1 > 0) s += "(1.." + std::to_string(key.extent1);
-  if (key.extent2 > 0) s += ",1.." + std::to_string(key.extent2);
-  if (key.extent1 > 0) s += ")";
-  return s;
+  if (key.extent1 == 0) return s;
+  s += "(1..";
+  s += std::to_string(key.extent1);
+  if (key.extent2 > 0) {
+    s += ",1..";
+    s += std::to_string(key.extent2);
+  }
+  return s + ")";
 }
 
 // An element of a key with its index, as mode_block(1,3).
 std::string element_name(const input_key& key, int element) {
   std::string s(key.name);
   if (key.extent1 == 0) return s;
-  const int row = (element - 1) % key.extent1 + 1;
-  const int column = (element - 1) / key.extent1 + 1;
-  s += "(" + std::to_string(row);
-  if (key.extent2 > 0) s += "," + std::to_string(column);
+  s += "(";
+  s += std::to_string((element - 1) % key.extent1 + 1);
+  if (key.extent2 > 0) {
+    s += ",";
+    s += std::to_string((element - 1) / key.extent1 + 1);
+  }
   return s + ")";
 }
 
