@@ -164,7 +164,7 @@ std::string_view expected_value(const input_key& key) {
     case logical:
       return "a T or an F as first letter, as in .true.";
     case integer:
-      return "a whole number from -2147483648 to 2147483647";
+      return "an integer from -2147483648 to 2147483647";
     case real:
       return "a real number, as 0.01 or 1.0e-8";
     case characters:

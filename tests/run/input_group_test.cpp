@@ -147,7 +147,7 @@ TEST(input_group, file_that_cannot_be_read_is_named) {
 TEST(input_group, failure_shows_the_line_with_its_spot_the_key_and_what_was_expected) {
   EXPECT_EQ(failure_of("set_cart = t\r\n sort_mode = 1.5\r\n"),
             "error: cannot read the value of sort_mode\n  in t, line 3\n  |  sort_mode = 1.5\n"
-            "  |              ^\n  expected: a whole number from -2147483648 to 2147483647\n");
+            "  |              ^\n  expected: an integer from -2147483648 to 2147483647\n");
   EXPECT_EQ(failure_of("prefix = 'x'"),
             "error: unknown key prefix\n  in t, line 2\n  | prefix = 'x'\n  | ^\n"
             "  expected: a key of the group &vbn\n");
