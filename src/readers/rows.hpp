@@ -1,5 +1,4 @@
-// Reads the rows of the tables in other programs' files, and words the messages when there is nothing to
-// read.
+// Reads the rows of tables in other programs' files and words the messages when there are none.
 #pragma once
 
 #include <initializer_list>

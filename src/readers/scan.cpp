@@ -1,5 +1,4 @@
-// Scanners over a file in memory: a word is searched for in the whole content, and the line around each hit
-// is looked at afterwards.
+// Scanners that search the whole content for a word and look at the line around each hit afterwards.
 #include "readers/scan.hpp"  // for search_width
 
 #include <algorithm>
