@@ -15,7 +15,7 @@ namespace vbn {
 
 namespace {
 
-constexpr double frame_limit = 0.02;       // part of the Hessian that a turn of the molecule may feel
+constexpr double frame_limit = 0.005;      // part of the Hessian that a turn of the molecule may feel
 constexpr double linear_limit = 1.0e-3;    // distance from the axis of a linear molecule, bohr
 constexpr double near_zero = 10.0;         // frequency of a mode that is no vibration, cm-1
 constexpr double far_apart = 0.3;          // root mean square distance of the geometries, angstrom
@@ -72,6 +72,7 @@ bool is_linear(const states& state) {
 
 void warn_of_files(const array1<states>& state) {
   for (int k = 1; k <= 2; ++k) {
+    if (state(k).ifoniom) continue;  // a layer alone feels the other one
     const double felt = turn_felt(state(k));
     if (felt < frame_limit) continue;
     warn(of_state(state(k), k) + ": turning the molecule changes the force on it by " +
