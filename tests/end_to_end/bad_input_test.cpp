@@ -30,7 +30,7 @@ TEST(bad_input, a_failure_of_the_input_layer_names_the_place_and_leaves_no_log) 
   expect_orderly_stop(run, {"typo.inp, line 4", "sort_mod"});
   run.write("value.inp", "&vbn\n start_mode = seven\n/\n");
   run.run("value.inp");
-  expect_orderly_stop(run, {"value.inp, line 2", "start_mode", "whole number"});
+  expect_orderly_stop(run, {"value.inp, line 2", "start_mode", "integer"});
   run.write("index.inp", "&vbn\n ffreq(3) = 'a'\n/\n");
   run.run("index.inp");
   expect_orderly_stop(run, {"index.inp, line 2", "ffreq"});
