@@ -173,6 +173,14 @@ const char* what_failed(outcome o) {
   return o == outcome::bad ? "cannot read a value" : "the file ends before all values are read";
 }
 
+// A file descriptor that is closed when its owner goes.
+struct file_handle {
+  int number;
+  ~file_handle() {
+    if (number >= 0) ::close(number);
+  }
+};
+
 // One field of a fixed-column read. A field without a point has its last `digits` digits after the point.
 bool read_field(std::string_view field, const layout::item& item, double& r) {
   while (!field.empty() && blank(field.front())) field.remove_prefix(1);
@@ -232,37 +240,42 @@ std::size_t read_fields(std::string_view line, const layout& columns, std::size_
 }  // namespace
 
 input_file::input_file(std::string_view name) {
-  std::optional<input_file> opened = try_open(name);
+  std::string why;
+  std::optional<input_file> opened = open(name, why);
   if (!opened) {
-    fail({"cannot open the file: " + std::string(errno == 0 ? "it is no regular file" : std::strerror(errno)),
-          std::string(trim(name)), 0, "", 0, "a text file that can be read"});
+    fail({"cannot read the file: " + why, std::string(trim(name)), 0, "", 0, "a text file that can be read"});
   }
   *this = std::move(*opened);
 }
 
 std::optional<input_file> input_file::try_open(std::string_view name) {
+  std::string why;
+  return open(name, why);
+}
+
+std::optional<input_file> input_file::open(std::string_view name, std::string& why) {
   input_file f;
   f.name_ = trim(name);
   // A FIFO without a writer would block the opening.
-  const int handle = ::open(f.name_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (handle < 0) return std::nullopt;
+  const file_handle handle{::open(f.name_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
   struct stat about;
-  if (::fstat(handle, &about) != 0 || !S_ISREG(about.st_mode)) {
-    ::close(handle);
-    errno = S_ISDIR(about.st_mode) ? EISDIR : 0;
+  if (handle.number < 0 || ::fstat(handle.number, &about) != 0) {
+    why = std::strerror(errno);
     return std::nullopt;
   }
-  // The size is where the reading starts from; a file that grows meanwhile is read to its end.
+  if (!S_ISREG(about.st_mode)) {
+    why = S_ISDIR(about.st_mode) ? "it is a folder" : "it is no regular file";
+    return std::nullopt;
+  }
+  // The size is only where the reading starts from: a file is read to its end.
   std::size_t room = static_cast<std::size_t>(about.st_size) + 1;
   f.held_ = std::make_unique_for_overwrite<char[]>(room);
   for (;;) {
-    const ssize_t got = ::read(handle, f.held_.get() + f.size_, room - f.size_);
+    const ssize_t got = ::read(handle.number, f.held_.get() + f.size_, room - f.size_);
+    if (got == 0) return f;
     if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) {
-      const int error = errno;
-      ::close(handle);
-      if (got == 0) return f;
-      errno = error;
+    if (got < 0) {
+      why = std::strerror(errno);
       return std::nullopt;
     }
     f.size_ += static_cast<std::size_t>(got);

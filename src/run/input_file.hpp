@@ -92,6 +92,8 @@ class input_file {
  private:
   input_file() = default;
 
+  // What `try_open` does; `why` says what stood in the way.
+  static std::optional<input_file> open(std::string_view name, std::string& why);
   std::size_t line_end(std::size_t from) const;  // the line feed at or after `from`, or the end of the file
   [[noreturn]] void fail_at(std::size_t spot, const char* what, std::string_view expected);
 

@@ -14,11 +14,6 @@ constexpr int max_depth = 50;       // brackets in brackets
 using item = layout::item;
 using item_kind = layout::item_kind;
 
-bool holds_value(const item& a) {
-  return a.kind == item_kind::characters || a.kind == item_kind::integer || a.kind == item_kind::fixed ||
-         a.kind == item_kind::exponent || a.kind == item_kind::scientific;
-}
-
 // Walks the notation once, from left to right.
 class parser {
  public:

@@ -27,14 +27,13 @@ void put_right(std::string& out, std::string_view a, int w) {
   }
 }
 
-// Not-a-number, and an infinity with as much of its sign and name as the width allows.
 void put_not_finite(std::string& out, double r, int w) {
   if (std::isnan(r)) {
     put_right(out, "NaN", w);
   } else if (std::signbit(r)) {
     put_right(out, w >= 9 ? "-Infinity" : "-Inf", w);
   } else {
-    put_right(out, w >= 9 ? "+Infinity" : w >= 4 ? "+Inf" : "Inf", w);
+    put_right(out, w >= 8 ? "Infinity" : "Inf", w);
   }
 }
 

@@ -11,7 +11,8 @@ inline constexpr int max_digits = 400;   // digits after the point
 
 // Each of these appends `w` columns, right-justified; a value that does not fit fills them with asterisks.
 // Rounding is to the nearest decimal of the exact value held. Not-a-number shows as NaN and an infinity as
-// Infinity, +Inf, -Inf or Inf as the width allows, in asterisks where not even that fits.
+// Infinity or Inf as the width allows, with the minus sign of a negative one, in asterisks where not even that
+// fits.
 void put_integer(std::string& out, int i, int w);          // w = 0: as many columns as it needs
 void put_fixed(std::string& out, double r, int w, int d);  // fw.d
 void put_exponent(std::string& out, double r, int w, int d, char letter);  // ew.d, dw.d: 0.ddddE+xx
