@@ -8,7 +8,7 @@
 #include "frame/inertial.hpp"    // for inertm
 #include "frame/projection.hpp"  // for com, formtrm1
 #include "run/constants.hpp"     // for au_to_cm, bohr_to_ang
-#include "run/number.hpp"        // for put_fixed
+#include "run/number.hpp"        // for write_fixed
 #include "run/stop.hpp"          // for warn
 
 namespace vbn {
@@ -24,8 +24,8 @@ constexpr double routes_ratio = 1.5;       // totals of the two routes
 constexpr double routes_difference = 200;  // the same, cm-1
 
 std::string with_digits(double number, int digits) {
-  std::string shown;
-  put_fixed(shown, number, 24, digits);
+  std::string shown(24, ' ');
+  write_fixed(shown.data(), number, 24, digits);
   return std::string(adjustl(shown));
 }
 

@@ -8,7 +8,7 @@
 
 #include "run/constants.hpp"  // for au_to_cm
 #include "run/matmul.hpp"     // for matmul
-#include "run/number.hpp"     // for put_scientific and put_fixed
+#include "run/number.hpp"     // for write_scientific and write_fixed
 #include "run/text.hpp"       // for layout and output_file
 
 namespace vbn {
@@ -89,8 +89,12 @@ class cells {
  public:
   template <class Put>
   cells(const array2<double>& a, std::size_t width, Put put) : n_(a.rows()), width_(width) {
-    held_.reserve(a.span().size() * width);
-    for (const double element : a.span()) put(held_, element);
+    held_.resize(a.span().size() * width, ' ');
+    char* cell = held_.data();
+    for (const double element : a.span()) {
+      put(cell, element);
+      cell += width;
+    }
   }
 
   // Element (i,j); with `p` 2 that of the transpose.
@@ -224,10 +228,8 @@ void write_dat(data_files& files, const array1<states>& state, const array2<doub
   dat.line("");
 
   // As "(10(ES13.6,X))" gives them: ten elements a line, a blank after each.
-  const cells dush_cells(s_order, 14, [](std::string& out, double element) {
-    put_scientific(out, element, 13, 6);
-    out += ' ';
-  });
+  const cells dush_cells(s_order, 14,
+                         [](char* cell, double element) { write_scientific(cell, element, 13, 6); });
   const std::string orth_lines = orth_test(s_order, keys.eps_test_orth);
   for (int p = 1; p <= 2; ++p) write_dush(files, p, s_order, dush_cells, orth_lines, keys.eps_test_orth);
 }
@@ -235,10 +237,8 @@ void write_dat(data_files& files, const array1<states>& state, const array2<doub
 void write_abs(output_file& abs, const array2<double>& s_order) {
   const int n3 = s_order.rows();
   // As "2X,F9.5" gives them, the whole row on one line.
-  const cells abs_cells(s_order, 11, [](std::string& out, double element) {
-    out += "  ";
-    put_fixed(out, std::abs(element), 9, 5);
-  });
+  const cells abs_cells(s_order, 11,
+                        [](char* cell, double element) { write_fixed(cell + 2, std::abs(element), 9, 5); });
   std::string row;
   for (int p = 1; p <= 2; ++p) {
     abs.line(p == 1 ? "#DUSH1 Qg = S(g,e) Qe + Dg" : "#DUSH2 Qe = S(e,g) Qg + De");

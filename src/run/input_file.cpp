@@ -128,9 +128,11 @@ class free_reader {
     const outcome found = find();
     if (found != outcome::read) return found;
     const char* p = scan_number(constant_, to_, n);
-    if (p == nullptr || (p != to_ && !separates(*p))) return fail_at(constant_, outcome::bad);
-    at_ = p;
-    return outcome::read;
+    if (p != nullptr && (p == to_ || separates(*p))) {
+      at_ = p;
+      return outcome::read;
+    }
+    return fail_at(constant_, outcome::bad);
   }
 
   void skip_blanks() {

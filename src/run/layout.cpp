@@ -1,5 +1,8 @@
 // Line layouts: parsing of their notation, and lines written under them.
+#include <algorithm>
+#include <charconv>
 #include <stdexcept>
+#include <utility>
 
 #include "run/number.hpp"  // for put_fixed
 #include "run/text.hpp"    // for layout
@@ -188,64 +191,107 @@ class parser {
   std::size_t at_ = 0;
 };
 
+constexpr std::size_t integer_columns = 11;  // at most, of an integer under i0
+
 [[noreturn]] void misfit() { throw std::logic_error("a value does not fit the kind of its layout item"); }
 
-void put_real(std::string& out, const item& a, double r) {
+// Each `put` writes one value over blanks and gives the end of its columns.
+char* put(char* field, const item& a, double r) {
   switch (a.kind) {
     case item_kind::fixed:
-      return put_fixed(out, r, a.width, a.digits);
+      write_fixed(field, r, a.width, a.digits);
+      break;
     case item_kind::exponent:
-      return put_exponent(out, r, a.width, a.digits, a.letter);
+      write_exponent(field, r, a.width, a.digits, a.letter);
+      break;
     case item_kind::scientific:
-      return put_scientific(out, r, a.width, a.digits);
+      write_scientific(field, r, a.width, a.digits);
+      break;
     default:
       misfit();
   }
+  return field + a.width;
 }
 
-void put(std::string& out, const item& a, double r) { put_real(out, a, r); }
+char* put(char* field, const item& a, int i) {
+  if (a.kind != item_kind::integer) misfit();
+  if (a.width == 0) return std::to_chars(field, field + integer_columns, i).ptr;
+  write_integer(field, i, a.width);
+  return field + a.width;
+}
 
-void put(std::string& out, const item& a, const value& v) {
+char* put(char* field, const item& a, std::string_view shown) {
+  if (a.kind != item_kind::characters) misfit();
+  if (a.width == 0) return std::copy(shown.begin(), shown.end(), field);
+  const std::size_t width = static_cast<std::size_t>(a.width);
+  if (shown.size() < width) field += width - shown.size();
+  return std::copy_n(shown.begin(), std::min(shown.size(), width), field);
+}
+
+char* put(char* field, const item& a, const value& v) {
   switch (v.type()) {
-    case value::kind::real:
-      return put_real(out, a, v.real());
     case value::kind::integer:
-      if (a.kind != item_kind::integer) misfit();
-      return put_integer(out, v.integer(), a.width);
-    case value::kind::characters: {
-      if (a.kind != item_kind::characters) misfit();
-      const std::string_view shown = v.characters();
-      const std::size_t width = a.width == 0 ? shown.size() : static_cast<std::size_t>(a.width);
-      if (shown.size() < width) out.append(width - shown.size(), ' ');
-      out.append(shown.substr(0, width));
-      return;
-    }
+      return put(field, a, v.integer());
+    case value::kind::real:
+      return put(field, a, v.real());
+    case value::kind::characters:
+      break;
   }
+  return put(field, a, v.characters());
 }
 
+// Columns that the items take when each has a value, save those of texts at their full length.
+std::size_t columns(std::span<const item> items) {
+  std::size_t n = 0;
+  for (const item& a : items) {
+    n += a.characters.size() + static_cast<std::size_t>(a.width);
+    if (a.kind == item_kind::integer && a.width == 0) n += integer_columns;
+    if (a.kind == item_kind::new_line) ++n;
+  }
+  return n;
+}
+
+std::size_t text_columns(std::span<const value> values) {
+  std::size_t n = 0;
+  for (const value& v : values) n += v.characters().size();
+  return n;
+}
+
+std::size_t text_columns(std::span<const double>) { return 0; }
+
+// The lines are laid out in one stretch of blanks for each pass over the items, which what is not blank is
+// written into.
 template <class T>
-void write_values(std::string& out, const std::vector<item>& items, std::size_t reversion,
+void write_values(std::string& out, std::span<const item> items, std::size_t reversion,
                   std::span<const T> values) {
-  std::size_t next = 0;
-  for (std::size_t start = 0;; start = reversion) {
-    const std::size_t before = next;
-    for (std::size_t i = start; i < items.size(); ++i) {
-      const item& a = items[i];
+  std::size_t room = columns(items) + 1;
+  for (;;) {
+    const std::size_t begin = out.size();
+    out.append(room + text_columns(values.first(std::min(values.size(), items.size()))), ' ');
+    char* p = out.data() + begin;
+    std::size_t used = 0;
+    for (const item& a : items) {
       if (a.kind == item_kind::literal) {
-        out.append(a.characters);
+        p = std::copy(a.characters.begin(), a.characters.end(), p);
       } else if (a.kind == item_kind::blanks) {
-        out.append(static_cast<std::size_t>(a.width), ' ');
+        p += a.width;
       } else if (a.kind == item_kind::new_line) {
-        out += '\n';
-      } else if (next == values.size()) {
+        *p++ = '\n';
+      } else if (used == values.size()) {
         break;
       } else {
-        put(out, a, values[next++]);
+        p = put(p, a, values[used++]);
       }
     }
-    out += '\n';
-    if (next == values.size()) return;
-    if (next == before) throw std::logic_error("a layout has no item for the values that are left");
+    *p++ = '\n';
+    out.resize(static_cast<std::size_t>(p - out.data()));
+    if (used == values.size()) return;
+    if (used == 0) throw std::logic_error("a layout has no item for the values that are left");
+    values = values.subspan(used);
+    if (reversion > 0) {
+      items = items.subspan(std::exchange(reversion, 0));
+      room = columns(items) + 1;
+    }
   }
 }
 

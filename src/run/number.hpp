@@ -9,14 +9,14 @@ namespace vbn {
 inline constexpr int max_width = 10000;  // columns of a field
 inline constexpr int max_digits = 400;   // digits after the point
 
-// Each of these appends `w` columns, right-justified; a value that does not fit fills them with asterisks.
-// Rounding is to the nearest decimal of the exact value held. Not-a-number shows as NaN and an infinity as
-// Infinity or Inf as the width allows, with the minus sign of a negative one, in asterisks where not even that
-// fits.
-void put_integer(std::string& out, int i, int w);          // w = 0: as many columns as it needs
-void put_fixed(std::string& out, double r, int w, int d);  // fw.d
-void put_exponent(std::string& out, double r, int w, int d, char letter);  // ew.d, dw.d: 0.ddddE+xx
-void put_scientific(std::string& out, double r, int w, int d);             // esw.d: d.ddddE+xx
+// Each of these writes a number right-justified over a field of `w` columns, which holds blanks; a number
+// that does not fit fills them with asterisks. Rounding is to the nearest decimal of the exact value held.
+// Not-a-number shows as NaN and an infinity as Infinity or Inf as the width allows, with the minus sign of a
+// negative one, in asterisks where not even that fits.
+void write_integer(char* field, int i, int w);                                // iw
+void write_fixed(char* field, double r, int w, int d);                        // fw.d
+void write_exponent(char* field, double r, int w, int d, char letter = 'E');  // ew.d, dw.d: 0.ddddE+xx
+void write_scientific(char* field, double r, int w, int d);                   // esw.d: d.ddddE+xx
 
 // The number that begins at `from`, which ends where no more of it follows: the end of the number, or nullptr
 // and the value untouched when none stands there. The forms are those of `to_integer` and `to_real`.
