@@ -35,8 +35,7 @@ struct shares {
   double xx_tot = 0.0, xy_tot = 0.0, x_tot = 0.0;
 };
 
-// Force constants over the coordinates, cm-1 over the squared unit of the coordinate. A mode of negative
-// frequency counts negative, as it does in `lam_c`.
+// Force constants over the coordinates, cm-1 over the squared unit of the coordinate.
 array2<double> force_constants(const states& state, int nr, int nv, int n3) {
   const int modes = n3 - first_vibration + 1;
   array2<double> ag(nr, nv);
@@ -46,17 +45,12 @@ array2<double> force_constants(const states& state, int nr, int nv, int n3) {
     for (int i = 1; i <= modes; ++i) cmr2(k, i) = state.cmr2(k, i + first_vibration - 1);
   }
   array2<double> gc = matmul(ag, cmr2);
-  array2<double> signed_gc = gc;
   for (int i = 1; i <= modes; ++i) {
     const int mode = i + first_vibration - 1;
     const double root = std::sqrt(std::abs(state.freq(mode)) * au_to_cm) / mode_length(state, mode);
-    const double sign = state.freq(mode) < 0.0 ? -1.0 : 1.0;
-    for (int j = 1; j <= nr; ++j) {
-      gc(j, i) *= root;
-      signed_gc(j, i) = sign * gc(j, i);
-    }
+    for (double& component : gc.column(i)) component *= root;
   }
-  return matmul(gc, signed_gc, op::plain, op::transposed);
+  return matmul(gc, gc, op::plain, op::transposed);
 }
 
 shares split(const array2<double>& fc, const array1<double>& zd, int nr) {

@@ -1,0 +1,102 @@
+// Small molecules for the tests of the internal coordinates.
+#pragma once
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "frame/eigen.hpp"           // for diag_symm
+#include "internal/int_coord.hpp"    // for get_int_coord
+#include "internal/wilson_rows.hpp"  // for vector3
+#include "readers/elements.hpp"      // for nat_to_symbol, nat_to_mass, get_sym_num
+#include "run/constants.hpp"         // for bohr_to_ang
+#include "run/storage.hpp"           // for vbn_allocate
+
+// Apart from the molecules of other folders' tests.
+namespace vbn::internal_molecules {
+
+struct test_atom {
+  int nat;
+  vector3 x;  // angstrom
+};
+
+inline states molecule(const std::vector<test_atom>& atoms) {
+  states state;
+  state.natom = static_cast<int>(atoms.size());
+  state.n3 = 3 * state.natom;
+  vbn_allocate(state);
+  for (int i = 1; i <= state.natom; ++i) {
+    const test_atom& atom = atoms[static_cast<std::size_t>(i - 1)];
+    state.nat(i) = atom.nat;
+    state.massau(i) = nat_to_mass(atom.nat) * amu_to_au;
+    for (int a = 1; a <= 3; ++a) {
+      state.x(a, i) = atom.x[static_cast<std::size_t>(a - 1)] / bohr_to_ang;
+      state.sqtmass(3 * (i - 1) + a) = std::sqrt(state.massau(i));
+    }
+  }
+  nat_to_symbol(state.nat, state.symbol);
+  get_sym_num(state.symbol, state.sym_num);
+  return state;
+}
+
+inline const std::vector<test_atom> water{{8, {0, 0, 0}}, {1, {0.6, 0.75, 0}}, {1, {0.6, -0.75, 0}}};
+
+// Without any symmetry: a bend, a stretch and the out-of-plane angle differ from atom to atom.
+inline const std::vector<test_atom> ammonia{
+    {7, {0.02, 0.01, 0.1}}, {1, {0.95, 0.0, -0.27}}, {1, {-0.5, 0.82, -0.25}}, {1, {-0.45, -0.84, -0.3}}};
+
+// H-S-S-H: no atom of it takes part in a hydrogen bridge. The dihedral in radians.
+inline std::vector<test_atom> disulfane(double dihedral) {
+  return {{1, {-0.2, 1.3, 0.0}},
+          {16, {0, 0, 0}},
+          {16, {2.05, 0, 0}},
+          {1, {2.25, 1.3 * std::cos(dihedral), 1.3 * std::sin(dihedral)}}};
+}
+
+inline const std::vector<test_atom> allene{
+    {6, {0, 0, 0}},         {6, {1.31, 0, 0}},      {6, {2.62, 0, 0}},       {1, {-0.56, 0.93, 0}},
+    {1, {-0.56, -0.93, 0}}, {1, {3.18, 0.3, 0.88}}, {1, {3.18, -0.3, -0.88}}};
+
+inline std::vector<test_atom> chain_of_carbon(int n) {
+  std::vector<test_atom> atoms;
+  for (int i = 0; i < n; ++i) atoms.push_back({6, {1.3 * i, 0.0, 0.0}});
+  return atoms;
+}
+
+// The coordinates as "kind(atoms)", in their order.
+inline std::string listed(const states& state) {
+  std::string list;
+  for (int m = 1; m <= state.nr; ++m) {
+    list += (m > 1 ? " " : "") + std::to_string(state.iztype(m)) + "(";
+    for (int place = 1; place <= 4 && state.intdef(place, m) > 0; ++place)
+      list += (place > 1 ? "," : "") + std::to_string(state.intdef(place, m));
+    list += ")";
+  }
+  return list;
+}
+
+inline std::string list_of(const std::vector<test_atom>& atoms, const input_data& input = {}) {
+  states state = molecule(atoms);
+  get_int_coord(state, input);
+  return listed(state);
+}
+
+// Modes and frequencies of a spring of the given strength (hartree over angstrom or radian, squared) on every
+// internal coordinate of the state, and the zero-point lengths that follow.
+inline void set_modes(states& state, double strength) {
+  const int n3 = state.n3;
+  array2<double> fcm(n3, n3);
+  for (int m = 1; m <= state.nr; ++m)
+    for (int i = 1; i <= n3; ++i)
+      for (int j = 1; j <= n3; ++j)
+        fcm(i, j) += strength * (1.0 + 0.1 * m) * bohr_to_ang * bohr_to_ang * state.br(i, m) *
+                     state.br(j, m) / state.sqtmass(i) / state.sqtmass(j);
+  int info = 0;
+  diag_symm(fcm, state.freq, state.cm, info);
+  for (int i = 1; i <= n3; ++i) {
+    state.freq(i) = std::copysign(std::sqrt(std::abs(state.freq(i))), state.freq(i));
+    state.zptlen(i) = i < 7 ? 10.0 : bohr_to_ang * std::sqrt(1.0 / state.freq(i));
+  }
+}
+
+}  // namespace vbn::internal_molecules
