@@ -127,8 +127,10 @@ class free_reader {
   outcome number(T& n, scan scan_number) {
     const outcome found = find();
     if (found != outcome::read) return found;
-    const char* p = scan_number(constant_, to_, n);
+    T scanned{};
+    const char* p = scan_number(constant_, to_, scanned);
     if (p != nullptr && (p == to_ || separates(*p))) {
+      n = scanned;
       at_ = p;
       return outcome::read;
     }
@@ -151,6 +153,12 @@ using outcome = free_reader::outcome;
 
 bool failed(outcome o) { return o == outcome::bad || o == outcome::out_of_text; }
 
+// For messages; nullptr where nothing failed.
+const char* what_failed(outcome o) {
+  if (o == outcome::bad) return "cannot read a value";
+  return o == outcome::out_of_text ? "the file ends before all values are read" : nullptr;
+}
+
 outcome read_all(free_reader& from, std::initializer_list<target> targets) {
   for (const target& t : targets) {
     const outcome o = from.read(t);
@@ -169,10 +177,6 @@ outcome read_all(free_reader& from, int words, std::span<double> numbers) {
     if (o == outcome::ended || failed(o)) return o;
   }
   return outcome::read;
-}
-
-const char* what_failed(outcome o) {
-  return o == outcome::bad ? "cannot read a value" : "the file ends before all values are read";
 }
 
 // A file descriptor that is closed when its owner goes.
@@ -347,10 +351,8 @@ std::string_view input_file::seek_line_after(std::size_t offset) {
 
 void input_file::read(std::initializer_list<target> targets, std::string_view expected) {
   free_reader from(held_.get() + pos_, held_.get() + size_);
-  const outcome o = read_all(from, targets);
-  const std::size_t spot = static_cast<std::size_t>(from.at() - held_.get());
-  if (failed(o)) fail_at(spot, what_failed(o), expected);
-  pos_ = std::min(line_end(spot) + 1, size_);
+  const char* failure = what_failed(read_all(from, targets));
+  finish_read(from.at(), failure, expected);
 }
 
 void input_file::read(std::span<double> numbers, std::string_view expected) {
@@ -359,16 +361,14 @@ void input_file::read(std::span<double> numbers, std::string_view expected) {
 
 void input_file::read_after(int words, std::span<double> numbers, std::string_view expected) {
   free_reader from(held_.get() + pos_, held_.get() + size_);
-  const outcome o = read_all(from, words, numbers);
-  const std::size_t spot = static_cast<std::size_t>(from.at() - held_.get());
-  if (failed(o)) fail_at(spot, what_failed(o), expected);
-  pos_ = std::min(line_end(spot) + 1, size_);
+  const char* failure = what_failed(read_all(from, words, numbers));
+  finish_read(from.at(), failure, expected);
 }
 
 bool input_file::try_read(std::initializer_list<target> targets) {
   free_reader from(held_.get() + pos_, held_.get() + size_);
   const outcome o = read_all(from, targets);
-  pos_ = std::min(line_end(static_cast<std::size_t>(from.at() - held_.get())) + 1, size_);
+  seek_line_after(static_cast<std::size_t>(from.at() - held_.get()));
   return !failed(o);
 }
 
@@ -403,11 +403,18 @@ fault input_file::here(std::string what, std::string expected) const {
   return f;
 }
 
+void input_file::finish_read(const char* at, const char* failure, std::string_view expected) {
+  const std::size_t spot = static_cast<std::size_t>(at - held_.get());
+  if (failure != nullptr) fail_at(spot, failure, expected);
+  seek_line_after(spot);
+}
+
 void input_file::fail_at(std::size_t spot, const char* what, std::string_view expected) {
   const std::string_view line = seek_line_after(spot);
-  fault f{what, name_, line_number(), std::string(line), 0, std::string(expected)};
-  if (!line.empty())
+  fault f = here(what, std::string(expected));
+  if (spot < size_) {
     f.column = static_cast<int>(spot - static_cast<std::size_t>(line.data() - held_.get())) + 1;
+  }
   fail(f);
 }
 

@@ -95,6 +95,8 @@ class input_file {
   // What `try_open` does; `why` says what stood in the way.
   static std::optional<input_file> open(std::string_view name, std::string& why);
   std::size_t line_end(std::size_t from) const;  // the line feed at or after `from`, or the end of the file
+  // Ends a free-form read at `at`: in front of the next line, or the run when there is a failure.
+  void finish_read(const char* at, const char* failure, std::string_view expected);
   [[noreturn]] void fail_at(std::size_t spot, const char* what, std::string_view expected);
 
   std::string name_;
