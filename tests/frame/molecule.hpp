@@ -1,6 +1,8 @@
 // Molecules as networks of springs, whose Hessian is free of translations and rotations, for tests.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cmath>
 #include <random>
@@ -37,23 +39,18 @@ inline states spring_molecule(const std::vector<test_atom>& atoms, double streng
       state.sqtmass(3 * (i - 1) + a) = std::sqrt(state.massau(i));
     }
   }
+  const auto spring = [&](int i, int j, double k) {
+    for (int a = 1; a <= 3; ++a)
+      for (int b = 1; b <= 3; ++b)
+        for (const auto& [p, q, s] : {std::array{i, i, 1}, {j, j, 1}, {i, j, -1}, {j, i, -1}})
+          state.fc(3 * (p - 1) + a, 3 * (q - 1) + b) +=
+              s * k * (state.x(a, i) - state.x(a, j)) * (state.x(b, i) - state.x(b, j));
+  };
   for (int i = 1; i <= state.natom; ++i) {
     for (int j = 1; j < i; ++j) {
-      std::array<double, 4> r{};
-      for (int a = 1; a <= 3; ++a) {
-        r[static_cast<std::size_t>(a)] = state.x(a, i) - state.x(a, j);
-        r[0] += r[static_cast<std::size_t>(a)] * r[static_cast<std::size_t>(a)];
-      }
-      const double k = strength / (r[0] * r[0]) * (1.0 + 0.1 * i);
-      for (int a = 1; a <= 3; ++a) {
-        for (int b = 1; b <= 3; ++b) {
-          const double f = k * r[static_cast<std::size_t>(a)] * r[static_cast<std::size_t>(b)];
-          state.fc(3 * (i - 1) + a, 3 * (i - 1) + b) += f;
-          state.fc(3 * (j - 1) + a, 3 * (j - 1) + b) += f;
-          state.fc(3 * (i - 1) + a, 3 * (j - 1) + b) -= f;
-          state.fc(3 * (j - 1) + a, 3 * (i - 1) + b) -= f;
-        }
-      }
+      double square = 0.0;
+      for (int a = 1; a <= 3; ++a) square += std::pow(state.x(a, i) - state.x(a, j), 2);
+      spring(i, j, strength / (square * square) * (1.0 + 0.1 * i));
     }
   }
   int info = 0;
@@ -61,39 +58,44 @@ inline states spring_molecule(const std::vector<test_atom>& atoms, double streng
   return state;
 }
 
-inline const std::vector<test_atom> chiral_molecule = {
-    {6, 12.0, {0.1, 0.0, 0.2}},       {9, 18.9984, {2.5, 0.3, 0.1}},     {17, 34.96885, {-1.4, 2.9, 0.0}},
-    {1, 1.007825, {-0.9, -1.3, 1.4}}, {8, 15.99491, {-0.5, -1.2, -2.3}},
-};
+inline const std::vector<test_atom> chiral_molecule = {{6, 12.0, {0.1, 0.0, 0.2}},
+                                                       {9, 18.9984, {2.5, 0.3, 0.1}},
+                                                       {17, 34.96885, {-1.4, 2.9, 0.0}},
+                                                       {1, 1.007825, {-0.9, -1.3, 1.4}},
+                                                       {8, 15.99491, {-0.5, -1.2, -2.3}}};
 inline const std::vector<test_atom> water = {
     {8, 15.99491, {0.0, 0.0, 0.22}}, {1, 1.007825, {0.0, 1.43, -0.9}}, {1, 1.007825, {0.0, -1.43, -0.9}}};
 inline const std::vector<test_atom> hydrogen_cyanide = {
     {1, 1.007825, {-1.0, -1.0, -1.0}}, {6, 12.0, {0.2, 0.2, 0.2}}, {7, 14.00307, {1.4, 1.4, 1.4}}};
 
-// A proper rotation from a seed: a random unit quaternion.
+// A turn about x, then y, then z, by angles from a seed.
 inline array2<double> random_rotation(unsigned seed) {
   std::mt19937 draw(seed);
-  std::normal_distribution<double> number;
-  const double w0 = number(draw), x0 = number(draw), y0 = number(draw), z0 = number(draw);
-  const double length = std::sqrt(w0 * w0 + x0 * x0 + y0 * y0 + z0 * z0);
-  const double w = w0 / length, x = x0 / length, y = y0 / length, z = z0 / length;
+  std::uniform_real_distribution<double> angle(0.3, 3.0);
   array2<double> r(3, 3);
-  r(1, 1) = 1 - 2 * (y * y + z * z);
-  r(2, 2) = 1 - 2 * (x * x + z * z);
-  r(3, 3) = 1 - 2 * (x * x + y * y);
-  r(1, 2) = 2 * (x * y - w * z);
-  r(2, 1) = 2 * (x * y + w * z);
-  r(1, 3) = 2 * (x * z + w * y);
-  r(3, 1) = 2 * (x * z - w * y);
-  r(2, 3) = 2 * (y * z - w * x);
-  r(3, 2) = 2 * (y * z + w * x);
+  for (int a = 1; a <= 3; ++a) r(a, a) = 1.0;
+  for (int axis = 1; axis <= 3; ++axis) {
+    const double t = angle(draw);
+    const int p = axis % 3 + 1;
+    const int q = p % 3 + 1;
+    for (int k = 1; k <= 3; ++k) {
+      const double u = r(p, k);
+      const double v = r(q, k);
+      r(p, k) = std::cos(t) * u - std::sin(t) * v;
+      r(q, k) = std::sin(t) * u + std::cos(t) * v;
+    }
+  }
   return r;
 }
 
 inline double determinant3(const array2<double>& r) {
-  return r(1, 1) * (r(2, 2) * r(3, 3) - r(2, 3) * r(3, 2)) -
-         r(1, 2) * (r(2, 1) * r(3, 3) - r(2, 3) * r(3, 1)) +
-         r(1, 3) * (r(2, 1) * r(3, 2) - r(2, 2) * r(3, 1));
+  double det = 0.0;
+  for (int k = 1; k <= 3; ++k) {
+    const int l = k % 3 + 1;
+    const int m = l % 3 + 1;
+    det += r(1, k) * (r(2, l) * r(3, m) - r(2, m) * r(3, l));
+  }
+  return det;
 }
 
 // Turns and shifts a molecule as a whole, its Hessian with it.
@@ -104,6 +106,11 @@ inline void move_molecule(states& state, const array2<double>& r, std::array<dou
   rot_fc(r, state.fc);
   int info = 0;
   fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+}
+
+inline void expect_near(const array2<double>& a, const array2<double>& b, double eps) {
+  for (int j = 1; j <= a.cols(); ++j)
+    for (int i = 1; i <= a.rows(); ++i) EXPECT_NEAR(a(i, j), b(i, j), eps) << i << ' ' << j;
 }
 
 }  // namespace vbn

@@ -18,17 +18,21 @@ inline void to_modes(run_data& run) {
   }
   do_eckart(run);
   for (states& state : run.state) get_freq(state);
-  run.fout.close();
 }
 
-// A chiral molecule and the same one with other springs and a stretched bond.
-inline run_data chiral_pair() {
+// A chiral molecule and the same one with other springs and a stretched bond, each turned and shifted.
+inline run_data chiral_pair(unsigned seed) {
   run_data run;
   run.state(1) = spring_molecule(chiral_molecule);
   std::vector<test_atom> excited = chiral_molecule;
   excited[1].x[0] += 0.15;
   excited[3].x[2] -= 0.2;
   run.state(2) = spring_molecule(excited, 0.25);
+  for (int k = 1; k <= 2; ++k) {
+    move_molecule(run.state(k), random_rotation(seed + static_cast<unsigned>(k)),
+                  {0.5 * seed, -1.0 * k, 2.0});
+  }
+  to_modes(run);
   return run;
 }
 
