@@ -10,6 +10,7 @@
 #include "readers/elements.hpp"  // for element_symbol
 #include "readers/scan.hpp"      // for lowercase
 #include "run/constants.hpp"     // for bohr_to_ang and au_to_cm
+#include "run/number.hpp"        // for write_fixed
 #include "run/stop.hpp"          // for warn
 
 namespace vbn {
@@ -54,7 +55,6 @@ const layout gjf_atom("(a2,4x,3f19.13)");
 const layout xyz_atom("(a4,3f16.10)");
 const layout vector_atom("(a4,3f16.10,3f12.6)");
 const layout vib_title(R"((" freq = ", f11.2, " cm^-1"))");
-const layout vib_atom("(a4,6f16.10)");
 
 std::string uppercase(std::string_view symbol) {
   std::string folded(symbol);
@@ -201,17 +201,30 @@ void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const a
   const int n = symbol.size();
   const double vmax = largest_magnitude(v.span());
   const array2<double> shown = in_angstrom(x);
+  // As "(a4,6f16.10)" gives a line: symbol and geometry are the same in every frame and are rendered once.
+  constexpr int width = 16;
+  const std::string room(3 * width, ' ');
+  std::string atoms;
+  for (int i = 1; i <= n; ++i) {
+    xyz_atom.write(atoms, {symbol(i), shown(1, i), shown(2, i), shown(3, i)});
+    atoms.insert(atoms.size() - 1, room);
+  }
 
   output_file file{std::string(fxyz)};
+  std::string frame;
   for (int j = 1; j <= freq.size(); ++j) {
     file.write(one_count, {n});
     file.write(vib_title, {au_to_cm * freq(j)});
+    frame = atoms;
+    char* field = frame.data();
     for (int i = 1; i <= n; ++i) {
-      const int k = 3 * (i - 1);
-      file.write(vib_atom,
-                 {symbol(i), shown(1, i), shown(2, i), shown(3, i), v(k + 1, j) / vmax * largest_arrow,
-                  v(k + 2, j) / vmax * largest_arrow, v(k + 3, j) / vmax * largest_arrow});
+      field += 4 + 3 * width;
+      for (int k = 3 * i - 2; k <= 3 * i; ++k, field += width) {
+        write_fixed(field, v(k, j) / vmax * largest_arrow, width, 10);
+      }
+      ++field;  // the line end
     }
+    file.raw(frame);
   }
   file.close();
 }
