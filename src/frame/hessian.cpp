@@ -5,11 +5,12 @@
 #include <string>
 #include <utility>
 
-#include "frame/eigen.hpp"       // for diag_symm
-#include "readers/elements.hpp"  // for nat_to_symbol, get_sym_num
-#include "readers/qm_file.hpp"   // for the readers
-#include "run/constants.hpp"     // for amu_to_au
-#include "run/stop.hpp"          // for fail
+#include "frame/eigen.hpp"                // for diag_symm
+#include "readers/elements.hpp"           // for nat_to_symbol, get_sym_num
+#include "readers/gaussian_geometry.hpp"  // for fit_gaussian_coord
+#include "readers/qm_file.hpp"            // for the readers
+#include "run/constants.hpp"              // for amu_to_au
+#include "run/stop.hpp"                   // for fail
 
 namespace vbn {
 
@@ -79,6 +80,7 @@ void read_files(states& state) {
   } else {
     qm_file hess_file = open_qm_file(state.fhess.trimmed());
     qm_file_fc(hess_file, n1, fc, info);
+    fit_gaussian_coord(freq_file, hess_file, fc, x);
   }
   if (state.ifoniom) {
     keep_high_layer(state, nat, mass, x, fc);

@@ -6,7 +6,7 @@
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
 #include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for stop, fail
+#include "run/stop.hpp"          // for stop, fail, warn
 #include "run/text.hpp"          // for layout, tell_free
 
 namespace vbn {
@@ -71,6 +71,7 @@ void chemshell_fc(input_file& file, int natom, array2<double>& fc) {
   constexpr std::string_view expected = "a row of up to nine force constants from column 21 on";
   std::string_view line;
   if (!search_word(file, 23, 53, "cartesian force constant matrix", line)) {
+    warn(file.name() + " has no force constants; give the output of a ChemShell force calculation");
     tell_free({"No force matrix information found"});
     stop();
   }

@@ -18,9 +18,10 @@ std::string_view behind(std::string_view word, std::size_t n) {
 
 // The marker and star line of a Gaussian log. True when both are there, the version line behind them
 // included.
-bool gaussian_log(input_file& file, text<100>& type, text<100>& version) {
+bool gaussian_log(input_file& file, text<100>& type, text<100>& version, bool& marker_found) {
   std::string_view line;
-  if (!search_word_free(file, "Entering Gaussian System", line)) return false;
+  marker_found = search_word_free(file, "Entering Gaussian System", line);
+  if (!marker_found) return false;
   type = "GAUSSIAN LOG";
   if (!search_word_free(file, "*****************", line)) return false;
   if (file.read_line(line)) {
@@ -30,9 +31,8 @@ bool gaussian_log(input_file& file, text<100>& type, text<100>& version) {
   return true;
 }
 
-// "6.4" of a line with "TURBOMOLE V6.4".
-std::string turbomole_version(std::string_view line) {
-  constexpr std::string_view program = "TURBOMOLE";
+// "6.4" of a line with "TURBOMOLE V6.4", or with "TURBOMOLE rev. V6.4" when `program` says so.
+std::string turbomole_version(std::string_view line, std::string_view program) {
   std::string version(behind(word_of(line.substr(line.find(program) + program.size()), 1), 1));
   for (char& c : version) {
     if (!is_number({&c, 1}) && c != '.') c = ' ';
@@ -60,6 +60,26 @@ constexpr marked_kind marked_kinds[] = {
     {3, 12, "bandindex:", "WIEN2K_spe", 0, 0, 0},
 };
 
+// The file with its tabs as the blanks that they stand for, up to the next column of `tab_stop`. Columns
+// count in all tables, and a tab is one character.
+input_file without_tabs(input_file file) {
+  constexpr std::size_t tab_stop = 8;
+  std::string_view content = file.content();
+  if (content.find('\t') == std::string_view::npos) return file;
+  std::string blanks;
+  blanks.reserve(content.size() + content.size() / tab_stop);
+  for (std::size_t begin = 0; !content.empty(); begin = blanks.size()) {
+    std::string_view line = content.substr(0, std::min(content.find('\n'), content.size() - 1) + 1);
+    content.remove_prefix(line.size());
+    for (std::size_t tab; (tab = line.find('\t')) != std::string_view::npos; line.remove_prefix(tab + 1)) {
+      blanks += line.substr(0, tab);
+      blanks.append(tab_stop - (blanks.size() - begin) % tab_stop, ' ');
+    }
+    blanks += line;
+  }
+  return input_file::from_memory(file.name(), blanks);
+}
+
 }  // namespace
 
 void qm_file_type(input_file& file, text<100>& type, text<100>& version, int& info) {
@@ -76,9 +96,11 @@ void qm_file_type(input_file& file, text<100>& type, text<100>& version, int& in
     return found("CHEMSHELL", 4);
   }
   file.rewind();
-  if (gaussian_log(file, type, version)) return found("GAUSSIAN LOG", 2);
+  bool provisional = false;  // a kind without a number, which gives way to any later marker
+  if (gaussian_log(file, type, version, provisional)) return found("GAUSSIAN LOG", 2);
   file.rewind();
   if (search_word(file, 1, 15, "Number of atoms", line)) {
+    provisional = true;
     type = "GAUSSIAN FCHK";
     version = "UNKNOWN";
   }
@@ -86,7 +108,7 @@ void qm_file_type(input_file& file, text<100>& type, text<100>& version, int& in
   if (search_word(file, 62, 67, "MOLPRO", line)) return found("MOLPRO", 3);
   file.rewind();
   if (search_word_free(file, "TURBOMOLE V", line)) {
-    version = turbomole_version(line);
+    version = turbomole_version(line, "TURBOMOLE");
     return found("TURBOMOLE", 1);
   }
   file.rewind();
@@ -102,10 +124,18 @@ void qm_file_type(input_file& file, text<100>& type, text<100>& version, int& in
       return found(kind.type, kind.info);
     }
   }
+  if (provisional) return;
+  file.rewind();
+  if (search_word_free(file, "TURBOMOLE rev. V", line)) {  // from version 7.4 on
+    version = turbomole_version(line, "TURBOMOLE rev.");
+    return found("TURBOMOLE", 1);
+  }
 }
 
-qm_file open_qm_file(std::string_view fname) {
-  qm_file opened{input_file(fname), {}, {}, -1};
+qm_file open_qm_file(std::string_view fname) { return open_qm_file(input_file(fname)); }
+
+qm_file open_qm_file(input_file file) {
+  qm_file opened{without_tabs(std::move(file)), {}, {}, -1};
   qm_file_type(opened.file, opened.type, opened.version, opened.info);
   return opened;
 }

@@ -22,7 +22,10 @@ struct qm_file {
 // untouched.
 void qm_file_type(input_file& file, text<100>& type, text<100>& version, int& info);
 
-// Opens a file and finds its kind. A file that cannot be opened ends the run with a message that names it.
+// Opens a file and finds its kind. Tabs become the blanks up to the next column of eight, since columns
+// count. A file that cannot be opened ends the run with a message that names it.
 qm_file open_qm_file(std::string_view fname);
+// The same for a file that is open.
+qm_file open_qm_file(input_file file);
 
 }  // namespace vbn

@@ -8,7 +8,8 @@
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
 #include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for fail, stop
+#include "run/number.hpp"        // for to_integer
+#include "run/stop.hpp"          // for fail, stop, warn
 #include "run/text.hpp"          // for layout, tell
 
 namespace vbn {
@@ -114,11 +115,25 @@ void gaussian_fchk_mass(input_file& file, array1<double>& mass) {
   all_numbers(file, mass.span(), "the mass of every atom");
 }
 
+bool gaussian_fchk_coord(input_file& file, array2<double>& x) {
+  std::string_view line;
+  file.rewind();
+  int count = 0;
+  if (!search_word(file, 1, 29, "Current cartesian coordinates", line) ||
+      !to_integer(word_of(line, 6), count) || count != 3 * x.cols()) {
+    return false;
+  }
+  all_numbers(file, x.span(), "the coordinates of every atom");
+  return true;
+}
+
 // The lower triangle, row by row, as one list of numbers.
 void gaussian_fchk_fc(input_file& file, int natom, array2<double>& fc) {
   constexpr std::string_view heading = "Cartesian Force Constants";
   std::string_view line;
   if (!search_word(file, 1, 25, heading, line)) {
+    warn(file.name() +
+         " has no force constants; run a freq job and make its formatted checkpoint with formchk");
     static const layout empty("()");
     tell(empty);
     tell_free({"Error! Can not find 'Cartesian Force Constants'"});

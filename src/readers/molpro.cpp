@@ -1,12 +1,16 @@
 // Reads Molpro files.
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <span>
 #include <string>
 
+#include "readers/elements.hpp"  // for nat_to_mass, element_symbol
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
 #include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for stop
+#include "run/number.hpp"        // for shortest
+#include "run/stop.hpp"          // for fail, stop, warn
 #include "run/text.hpp"          // for tell_free
 
 namespace vbn {
@@ -15,6 +19,105 @@ namespace {
 
 constexpr int block_columns = 5;           // numbers in a row of a block of force constants
 constexpr std::size_t symbol_letters = 3;  // of a label that count as the element symbol
+constexpr int charge_word = 3;             // of a row of atoms
+constexpr double isotope_window = 2.5;     // amu by which isotopes and averages differ from the table mass
+
+bool to_force_constants(input_file& file) {
+  std::string_view line;
+  return search_word(file, 2, 16, "Force Constants", line);
+}
+
+bool has_dump(input_file& file) {
+  std::string_view line;
+  file.rewind();
+  return search_word(file, 2, 40, "Dump information in style XYZ to output", line);
+}
+
+// Goes to the rows of the table "Nr  Atom  Charge" that the frequency calculation prints behind its force
+// constants: the geometry in bohr, and the atoms in the order of the force constants and masses, which with
+// symmetry is not the order of "ATOMIC COORDINATES".
+bool to_frequency_table(input_file& file) {
+  std::string_view line;
+  file.rewind();
+  return to_force_constants(file) && search_word_del_space(file, "Nr Atom Charge", line);
+}
+
+// The rows have the numbers 1 to natom in front and a blank line behind, or it is not the table that is
+// meant.
+void check_frequency_table(input_file& file, int natom) {
+  const std::string expected =
+      "the rows 1 to " + std::to_string(natom) + " of the table \"Nr  Atom  Charge\"";
+  for (int i = 1; i <= natom; ++i) {
+    if (row_integer(file, next_row(file, expected), 1, expected) != i) {
+      fail(file.here("this is no row " + std::to_string(i), expected));
+    }
+  }
+  if (rows_to_blank(file) != 0) fail(file.here("the table of atoms has more rows", expected));
+}
+
+// "   1- 10" in front of masses, or "100-109": its first and last atom, and what stands behind it.
+bool mass_range(std::string_view line, int& first, int& last, std::string_view& masses) {
+  const auto number = [&](int& n) {
+    line = adjustl(line);
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), n);
+    if (error != std::errc()) return false;
+    line = adjustl(line.substr(static_cast<std::size_t>(end - line.data())));
+    return true;
+  };
+  if (!number(first) || !line.starts_with('-')) return false;
+  line.remove_prefix(1);
+  if (!number(last)) return false;
+  masses = line;
+  return true;
+}
+
+// The masses on several lines, each with its range of atoms in front.
+void masses_by_range(input_file& file, array1<double>& mass) {
+  constexpr std::string_view expected = "a range of atoms, as \"1- 10\", and the mass of each of them";
+  for (int next = 1; next <= mass.size();) {
+    const std::string_view line = next_row(file, expected);
+    int first = 0;
+    int last = 0;
+    std::string_view masses;
+    if (!mass_range(line, first, last, masses) || first != next || last < first || last > mass.size()) {
+      fail(file.here("cannot read the line of masses from atom " + std::to_string(next) + " on",
+                     std::string(expected)));
+    }
+    row_numbers(
+        file, masses, 0,
+        mass.span().subspan(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(last - first + 1)),
+        expected);
+    next = last + 1;
+  }
+}
+
+// The block "Atomic Masses": all on the line behind it or, of more than ten atoms, ten to a line. False when
+// there is none.
+bool stated_masses(input_file& file, array1<double>& mass) {
+  std::string_view line;
+  file.rewind();
+  if (!search_word(file, 2, 14, "Atomic Masses", line)) return false;
+  if (!try_row_numbers(next_row(file, "the masses of the atoms"), 2, mass.span())) {
+    file.back_line();
+    masses_by_range(file, mass);
+  }
+  return true;
+}
+
+// Says which atom has a mass that no isotope of its element has; empty when all agree or none is stated. The
+// masses are in the order of the force constants.
+std::string wrong_mass(input_file& file, const array1<int>& nat) {
+  array1<double> mass(nat.size());
+  if (!stated_masses(file, mass)) return "";
+  for (int i = 1; i <= nat.size(); ++i) {
+    const double known = nat_to_mass(nat(i));
+    if (known > 0.0 && std::abs(mass(i) - known) > isotope_window) {
+      return "atom " + std::to_string(i) + " is " + std::string(element_symbol(nat(i))) +
+             " in the table of atoms, but its mass is " + shortest(mass(i));
+    }
+  }
+  return "";
+}
 
 }  // namespace
 
@@ -28,21 +131,30 @@ bool molpro_natom(input_file& file, int& natom) {
 
 void molpro_nat(input_file& file, array1<int>& nat) {
   std::string_view line;
+  if (!has_dump(file) && to_frequency_table(file)) {
+    check_frequency_table(file, nat.size());
+    to_frequency_table(file);
+    symbol_rows(file, 2, nat, symbol_letters, charge_word);
+    const std::string wrong = wrong_mass(file, nat);
+    if (!wrong.empty())
+      fail({wrong, file.name(), 0, "", 0, "masses in the order of the table \"Nr  Atom  Charge\""});
+    return;
+  }
+  file.rewind();
   if (!search_word(file, 2, 19, "ATOMIC COORDINATES", line)) {
     fail_missing(file, "the atoms", "\"ATOMIC COORDINATES\" in columns 2 to 19");
   }
   skip_rows(file, 3, "the table of atoms");
-  symbol_rows(file, 2, nat, symbol_letters);
+  symbol_rows(file, 2, nat, symbol_letters, charge_word);
+  const std::string wrong = wrong_mass(file, nat);
+  if (!wrong.empty()) {
+    warn(file.name() + ": " + wrong +
+         "; the force constants may stand in another order of atoms than \"ATOMIC COORDINATES\"");
+  }
 }
 
 void molpro_mass(input_file& file, array1<double>& mass) {
-  constexpr std::string_view expected = "two words, then the mass of every atom";
-  std::string_view line;
-  if (search_word(file, 2, 14, "Atomic Masses", line)) {
-    if (!file.read_line(line)) fail(file.here("the file ends too early", std::string(expected)));
-    return row_numbers(file, line, 2, mass.span(), expected);
-  }
-  file.rewind();
+  if (stated_masses(file, mass)) return;
   array1<int> nat(mass.size());
   molpro_nat(file, nat);
   element_masses(nat, mass);
@@ -50,18 +162,23 @@ void molpro_mass(input_file& file, array1<double>& mass) {
 
 void molpro_coord(input_file& file, array2<double>& x) {
   std::string_view line;
-  if (!search_word(file, 2, 40, "Dump information in style XYZ to output", line)) {
-    tell_and_stop({"Error!", "Can not find coordinate in Molpro output file, stop!"});
+  if (has_dump(file)) {
+    skip_rows(file, 3, "the coordinates");
+    return coordinate_rows(file, 1, false, x);
   }
-  skip_rows(file, 3, "the coordinates");
-  coordinate_rows(file, 1, false, x);
+  if (to_frequency_table(file)) {
+    check_frequency_table(file, x.cols());
+    to_frequency_table(file);
+    return coordinate_rows(file, 3, false, x);
+  }
+  tell_and_stop({"Error!", "Can not find coordinate in Molpro output file, stop!"});
 }
 
 // The lower triangle in blocks of five columns, each row with a label in front.
 void molpro_fc(input_file& file, int natom, array2<double>& fc) {
   constexpr std::string_view expected = "a label and up to five force constants";
-  std::string_view line;
-  if (!search_word(file, 2, 16, "Force Constants", line)) {
+  if (!to_force_constants(file)) {
+    warn(file.name() + " has no force constants; ask Molpro for them with {frequencies;print,hessian}");
     tell_free({"No force matrix information found"});
     stop();
   }

@@ -44,7 +44,7 @@ void nwchem_nat(input_file& file, array1<int>& nat) {
     fail_missing(file, "the atoms", "a line with \"Output coordinates in angstroms\"");
   }
   to_rows(file);
-  symbol_rows(file, 2, nat, symbol_letters);
+  symbol_rows(file, 2, nat, symbol_letters, 3);
 }
 
 void nwchem_mass(input_file& file, array1<double>& mass) {
@@ -78,7 +78,8 @@ void nwchem_fc(input_file& file, int natom, array2<double>& fc) {
 
   std::string_view line;
   if (!search_word_free_last(file, "MASS-WEIGHTED PROJECTED HESSIAN", line)) {
-    fail_missing(file, "the force constants", "a line with \"MASS-WEIGHTED PROJECTED HESSIAN\"");
+    fail_missing(file, "the force constants",
+                 "a line with \"MASS-WEIGHTED PROJECTED HESSIAN\", as task ... freq prints it");
   }
   skip_rows(file, 1, "the force constants");
   fc = force_constant_matrix(file, natom);

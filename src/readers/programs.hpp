@@ -27,6 +27,8 @@ void gaussian_log_nat(input_file& file, array1<int>& nat);
 void gaussian_log_mass(input_file& file, array1<double>& mass);
 void gaussian_log_coord(input_file& file, array2<double>& x);
 bool gaussian_fchk_natom(input_file& file, int& natom);
+// The coordinates of the checkpoint; false when it has none of as many atoms.
+bool gaussian_fchk_coord(input_file& file, array2<double>& x);
 void gaussian_fchk_mass(input_file& file, array1<double>& mass);
 void gaussian_fchk_fc(input_file& file, int natom, array2<double>& fc);
 

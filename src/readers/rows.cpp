@@ -7,9 +7,9 @@
 #include <limits>
 #include <string>
 
-#include "readers/elements.hpp"  // for symbol_to_nat, nat_to_mass
-#include "readers/scan.hpp"      // for word_of
-#include "run/constants.hpp"     // for bohr_to_ang
+#include "readers/elements.hpp"  // for symbol_to_nat, element_symbol, nat_to_mass
+#include "readers/scan.hpp"      // for word_of, is_letter, lowercase
+#include "run/constants.hpp"     // for bohr_to_ang, max_element
 #include "run/number.hpp"        // for to_integer
 #include "run/stop.hpp"          // for fail, stop and warn
 #include "run/text.hpp"          // for tell, layout
@@ -24,6 +24,25 @@ constexpr std::size_t bytes_per_atom = 6;  // at least: three coordinates of a d
 constexpr double unread = std::numeric_limits<double>::quiet_NaN();
 
 void mark_unread(std::span<double> numbers) { std::fill(numbers.begin(), numbers.end(), unread); }
+
+// Atomic number of a label that is an element symbol with something behind it; 0 for none. With a nuclear
+// charge in the row the label has to begin with the symbol of that charge (Hw with 1.0, CA2 with 6.0), or the
+// charge has to be smaller, as it is where a pseudopotential holds the core. Without one only digits may
+// follow the symbol.
+int nat_of_label(std::string_view label, std::string_view charge) {
+  const auto letters_end = std::find_if_not(label.begin(), label.end(), [](char c) {
+    return is_letter({&c, 1});
+  });
+  const std::string_view letters(label.begin(), letters_end);
+  const int by_letters = symbol_to_nat(letters);
+  if (charge.empty()) return is_number(label.substr(letters.size())) ? by_letters : 0;
+  double z = 0.0;
+  if (!to_real(charge, z) || z != std::floor(z) || z < 1.0 || z > max_element) return 0;
+  const int by_charge = static_cast<int>(z);
+  const std::string_view symbol = element_symbol(by_charge);
+  if (lowercase(label.substr(0, symbol.size())) == lowercase(symbol)) return by_charge;
+  return by_letters > by_charge ? by_letters : 0;
+}
 
 bool all_read(std::span<const double> numbers) {
   return std::none_of(numbers.begin(), numbers.end(), [](double r) { return std::isnan(r); });
@@ -78,10 +97,12 @@ std::string_view next_row(input_file& file, std::string_view expected) {
 
 void row_numbers(const input_file& file, std::string_view line, int words, std::span<double> numbers,
                  std::string_view expected) {
+  if (!try_row_numbers(line, words, numbers)) fail(file.here("cannot read the line", std::string(expected)));
+}
+
+bool try_row_numbers(std::string_view line, int words, std::span<double> numbers) {
   mark_unread(numbers);
-  if (!read_free_after(line, words, numbers) || !all_read(numbers)) {
-    fail(file.here("cannot read the line", std::string(expected)));
-  }
+  return read_free_after(line, words, numbers) && all_read(numbers);
 }
 
 void all_numbers(input_file& file, std::span<double> numbers, std::string_view expected) {
@@ -98,10 +119,13 @@ int row_integer(const input_file& file, std::string_view line, int k, std::strin
   return i;
 }
 
-void symbol_rows(input_file& file, int k, array1<int>& nat, std::size_t width) {
+void symbol_rows(input_file& file, int k, array1<int>& nat, std::size_t width, int charge_word) {
   const std::string expected = "an atom with its element symbol as word " + std::to_string(k);
   for (int& number : nat) {
-    number = symbol_to_nat(word_of(next_row(file, expected), k).substr(0, width));
+    const std::string_view row = next_row(file, expected);
+    const std::string_view label = word_of(row, k);
+    number = symbol_to_nat(label.substr(0, width));
+    if (number == 0) number = nat_of_label(label, charge_word == 0 ? "" : word_of(row, charge_word));
     if (number == 0) fail(file.here("no element has this symbol", expected));
   }
 }

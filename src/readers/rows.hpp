@@ -35,6 +35,9 @@ std::string_view next_row(input_file& file, std::string_view expected);
 void row_numbers(const input_file& file, std::string_view line, int words, std::span<double> numbers,
                  std::string_view expected);
 
+// The same, asking for the outcome.
+bool try_row_numbers(std::string_view line, int words, std::span<double> numbers);
+
 // Free-form read of all numbers, over as many lines as they take. A number that is missing ends the run.
 void all_numbers(input_file& file, std::span<double> numbers, std::string_view expected);
 
@@ -42,8 +45,11 @@ void all_numbers(input_file& file, std::span<double> numbers, std::string_view e
 int row_integer(const input_file& file, std::string_view line, int k, std::string_view expected);
 
 // The tables of atoms, an atom a row, from the next line that is not blank on.
-// Word k of each row is the element's symbol, of which at most `width` characters count.
-void symbol_rows(input_file& file, int k, array1<int>& nat, std::size_t width = std::string_view::npos);
+// Word k of each row is the element's symbol, of which at most `width` characters count. A label that is no
+// symbol is taken as one with something behind it, as H1, and holds when the nuclear charge in word
+// `charge_word` (0 for no such word) allows it.
+void symbol_rows(input_file& file, int k, array1<int>& nat, std::size_t width = std::string_view::npos,
+                 int charge_word = 0);
 // Word k of each row is the atomic number.
 void number_rows(input_file& file, int k, array1<int>& nat);
 // Word k of each row is the mass.

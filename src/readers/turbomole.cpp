@@ -6,20 +6,33 @@
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
 #include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for fail
+#include "run/stop.hpp"          // for fail, warn
 #include "run/text.hpp"          // for layout
 
 namespace vbn {
 
 namespace {
 
-constexpr int block_columns = 6;  // numbers in a row of a block of force constants
-constexpr int field_width = 10;   // columns of each
+constexpr int block_columns = 6;         // numbers in a row of a block of force constants
+constexpr std::size_t field_width = 10;  // columns of each
 
-// What stands behind the label "dx", "dy" or "dz" of a row of force constants.
-std::string_view behind_label(std::string_view row) {
-  const std::size_t d = row.find('d');
-  return row.substr(d == std::string_view::npos ? row.size() : std::min(d + 3, row.size()));
+// What stands from three characters behind the "d" at `d` on.
+std::string_view behind_d(std::string_view row, std::size_t d) {
+  return trim(row.substr(d == std::string_view::npos ? row.size() : std::min(d + 3, row.size())));
+}
+
+// Place of the "d" of the label "dx", "dy" or "dz" in a row whose first "d" stands in the element symbol, as
+// in " 1 cd    dx  0.1".
+std::size_t label_d(std::string_view row) {
+  const std::string_view label = word_of(row, is_number(word_of(row, 1)) ? 3 : 1);
+  if (label.size() < 2 || label[0] != 'd' || label[1] < 'x' || label[1] > 'z') return std::string_view::npos;
+  return static_cast<std::size_t>(label.data() - row.data());
+}
+
+// The numbers of a row in their fields, none of which may be blank.
+bool read_row(std::string_view fields, std::span<double> numbers) {
+  static const layout columns("(6f10.7)");
+  return fields.size() > field_width * (numbers.size() - 1) && read_fixed(fields, columns, numbers);
 }
 
 }  // namespace
@@ -70,11 +83,11 @@ void turbomole_coord(input_file& file, array2<double>& x) {
 // The lower triangle in blocks of six columns. The rows of a block begin with its own diagonal, so the first
 // of them grow by one number each.
 void turbomole_fc(input_file& file, int natom, array2<double>& fc) {
-  static const layout fields("(6f10.7)");
   constexpr std::string_view expected =
       "\"dx\", \"dy\" or \"dz\" and up to six force constants of ten columns";
   std::string_view line;
   if (!search_word_free(file, "CARTESIAN FORCE CONSTANT MATRIX", line)) {
+    warn(file.name() + " has no force constants; give the output of aoforce");
     tell_and_stop({"Error!", "Can not find force constant matrix in turbomole log file. Stop!"});
   }
   fc = force_constant_matrix(file, natom);
@@ -87,14 +100,14 @@ void turbomole_fc(input_file& file, int natom, array2<double>& fc) {
     skip_rows(file, 1, "a block of force constants");
     for (int i = ib; i <= n3; ++i) {
       if (!file.read_line(line)) fail(file.here("the file ends too early", std::string(expected)));
-      const std::string_view row = trim(behind_label(line));
       const int count = std::min(i - ib + 1, block_columns);
-      double numbers[block_columns];
-      if (static_cast<int>(row.size()) <= field_width * (count - 1) ||
-          !read_fixed(row, fields, std::span(numbers).first(static_cast<std::size_t>(count)))) {
+      double held[block_columns];
+      const std::span numbers = std::span(held).first(static_cast<std::size_t>(count));
+      if (!read_row(behind_d(line, line.find('d')), numbers) &&
+          !read_row(behind_d(line, label_d(line)), numbers)) {
         fail(file.here("cannot read the line", std::string(expected)));
       }
-      for (int j = ib; j < ib + count; ++j) fc(i, j) = fc(j, i) = numbers[j - ib];
+      for (int j = ib; j < ib + count; ++j) fc(i, j) = fc(j, i) = held[j - ib];
     }
   }
 }

@@ -61,7 +61,9 @@ const std::vector<real_case> small_cases = {
     {"public/dvb_nwchem", "dvb.inp"},
     {"public/propane_gaussian", "propane.inp"},
     {"public/cyclopentane_gaussian", "cyclopentane.inp"},
+    {"public/dvb_molpro", "dvb.inp"},
     {"public/formic_acid_molpro", "amended.inp"},
+    {"public/formic_acid_molpro", "as_is.inp"},
 };
 
 // The large ones, for the builds without a sanitizer.
@@ -170,6 +172,49 @@ TEST(real_cases, projected_frequencies_are_the_ones_that_the_quantum_chemistry_p
       for (const mode_row& row : table.rows) ours.push_back(k == 1 ? row.freq1 : row.freq2);
       std::sort(ours.begin(), ours.end());
       for (std::size_t i = 0; i < ours.size(); ++i) EXPECT_NEAR(ours[i], printed[i], 0.1) << "mode " << i + 1;
+    }
+  }
+}
+
+TEST(real_cases, outputs_that_users_published_give_the_frequencies_that_they_print) {
+  VBN_NEEDS_REAL_DATA();
+  struct published {
+    const char* folder;
+    const char* input;
+    const char* file[2];
+    const char* label[2];  // in front of the frequencies
+  };
+  const char* gaussian = "Frequencies --";
+  const char* molpro = "Wavenumbers [cm-1]";
+  const char* nwchem = "P.Frequency";
+  const published cases[] = {
+      {"dvb_gaussian", "dvb.inp", {"g09.out", "g16.out"}, {gaussian, gaussian}},
+      {"dvb_gaussian_turbomole", "dvb.inp", {"g16.out", "aoforce.out"}, {gaussian, "  frequency"}},
+      {"dvb_molpro", "dvb.inp", {"dvb_ir.out", "dvb_ir.out"}, {molpro, molpro}},
+      {"dvb_nwchem", "dvb.inp", {"dvb_ir.out", "dvb_ir.out"}, {nwchem, nwchem}},
+      {"propane_gaussian", "propane.inp", {"propane.out", "propane.out"}, {gaussian, gaussian}},
+      {"cyclopentane_gaussian", "cyclopentane.inp", {"halfchair.log", "envelope.log"}, {gaussian, gaussian}},
+      {"formic_acid_molpro", "as_is.inp", {"hcooh.out", "cation.out"}, {molpro, nwchem}}};
+  for (const published& it : cases) {
+    SCOPED_TRACE(it.folder);
+    const std::string folder = std::string("public/") + it.folder;
+    const mode_table table = cartesian_table(folder, it.input);
+    for (int k = 0; k < 2; ++k) {
+      // Of the vibrations: translations and rotations are not printed by all.
+      const auto vibrations = [&](std::vector<double> frequencies) {
+        const auto by_size = [](double a, double b) { return std::abs(a) > std::abs(b); };
+        std::sort(frequencies.begin(), frequencies.end(), by_size);
+        frequencies.resize(table.rows.size() - 6);
+        std::sort(frequencies.begin(), frequencies.end());
+        return frequencies;
+      };
+      const auto printed = printed_frequencies(real_data() / folder / it.file[k], it.label[k]);
+      ASSERT_GE(printed.size(), table.rows.size() - 6) << it.file[k];
+      std::vector<double> ours;
+      for (const mode_row& row : table.rows) ours.push_back(k == 0 ? row.freq1 : row.freq2);
+      const auto a = vibrations(ours);
+      const auto b = vibrations(printed);
+      for (std::size_t i = 0; i < a.size(); ++i) EXPECT_NEAR(a[i], b[i], 0.05) << it.file[k];
     }
   }
 }

@@ -76,7 +76,7 @@ TEST(file_type, version_5_9_of_turbomole_loses_its_dashes_and_short_lines_give_n
 }
 
 TEST(file_type, a_file_without_markers_leaves_kind_and_version_as_they_were) {
-  input_file file = input_file::from_memory("f", "TURBOMOLE rev. V7.4\nMOLPRO\nchemshell\n");
+  input_file file = input_file::from_memory("f", "TURBOMOLE rev. 7.4\nMOLPRO\nchemshell\n");
   text<100> type = "before";
   text<100> version = "v";
   int info = 7;

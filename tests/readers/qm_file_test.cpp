@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "readers/scan.hpp"                // for number_of_words
@@ -108,6 +109,43 @@ TEST(qm_file, a_file_cut_after_any_line_ends_the_run_or_still_holds_everything) 
   }
 }
 
+std::string at_line_ends(std::string output, const std::string& inserted) {
+  for (std::size_t at = 0; (at = output.find('\n', at)) != std::string::npos; at += inserted.size() + 1) {
+    output.insert(at, inserted);
+  }
+  return output;
+}
+
+// Blanks in front of every eighth column as a tab.
+std::string with_tabs(const std::string& output) {
+  std::string tabbed;
+  std::string eight;
+  for (const char c : output) {
+    eight += c;
+    if (c != '\n' && eight.size() < 8) continue;
+    const std::size_t text = eight.find_last_not_of(' ') + 1;
+    tabbed += text < eight.size() ? eight.substr(0, text) + "\t" : eight;
+    eight.clear();
+  }
+  return tabbed + eight;
+}
+
+TEST(qm_file, line_ends_of_other_systems_tabs_and_long_lines_lose_no_value) {
+  const std::pair<const char*, std::function<std::string(const std::string&)>> alterations[] = {
+      {"carriage returns", [](const std::string& a) { return at_line_ends(a, "\r"); }},
+      {"long lines", [](const std::string& a) { return at_line_ends(a, std::string(600, ' ')); }},
+      {"tabs", with_tabs}};
+  const molecule m = sample_molecule(20);  // their masses make a line of 250 columns in a Molpro file
+  for (const sample_kind& kind : frequency_files()) {
+    const std::string log = kind.output(m);
+    const std::string fc = fc_output(kind, m);
+    const contents plain = read_all(log, fc);
+    for (const auto& [by, altered] : alterations) {
+      EXPECT_TRUE(read_all(altered(log), altered(fc)) == plain) << kind.type << " with " << by;
+    }
+  }
+}
+
 TEST(qm_file, an_unreadable_number_or_symbol_ends_the_run_with_its_line) {
   struct damage {
     std::string output;
@@ -117,7 +155,7 @@ TEST(qm_file, an_unreadable_number_or_symbol_ends_the_run_with_its_line) {
   };
   const molecule m = sample_molecule();
   const std::vector<damage> damages = {
-      {molpro_output(m), "   2  O ", "   2  O1", "O1"},
+      {molpro_output(m), "   2  O ", "   2  Q1", "Q1"},
       {molpro_output(m), "GX2       -0", "GX2       -x", "-x"},
       {molpro_output(m), " Atomic Masses\n   1-  4   12.000000", " Atomic Masses\n   1-  4 *********",
        "****"},

@@ -38,7 +38,7 @@ molecule sample_molecule(int natom) {
     m.mass(i) = nat_to_mass(m.nat(i));
     m.x(1, i) = 1.25 * i - 2.5;
     m.x(2, i) = i % 2 == 0 ? 0.75 : -0.5;
-    m.x(3, i) = -0.125 * i * i;
+    m.x(3, i) = 0.125 * (i * i % 11);
   }
   for (int i = 1; i <= m.fc.rows(); ++i) {
     for (int j = 1; j <= i; ++j) {
@@ -241,9 +241,7 @@ std::string nwchem_output(const molecule& m) {
 }
 
 qm_file opened(std::string_view content) {
-  qm_file file{input_file::from_memory("sample.out", content), {}, {}, -1};
-  qm_file_type(file.file, file.type, file.version, file.info);
-  return file;
+  return open_qm_file(input_file::from_memory("sample.out", content));
 }
 
 std::string changed(std::string_view content, std::string_view from, std::string_view to) {

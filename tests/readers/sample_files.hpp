@@ -38,18 +38,20 @@ qm_file opened(std::string_view content);
 // The text with the first `from` replaced, which must be there.
 std::string changed(std::string_view content, std::string_view from, std::string_view to);
 
-// How a call ended: status and error text of the end of the run, and what was told on standard output. Status
-// -1 when the call returned.
+// How a call ended: status and error text of the end of the run, what was told on standard output, and the
+// warnings. Status -1 when the call returned.
 struct ending {
   int status = -1;
   std::string error;
   std::string told;
+  std::string warned;
 };
 
 template <class routine>
 ending ending_of(routine&& call) {
   ending e;
   testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
   try {
     call();
   } catch (const run_end& end) {
@@ -57,6 +59,7 @@ ending ending_of(routine&& call) {
     e.error = end.text;
   }
   e.told = testing::internal::GetCapturedStdout();
+  e.warned = testing::internal::GetCapturedStderr();
   return e;
 }
 
