@@ -51,11 +51,15 @@ void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirr
     }
 }
 
-void set_axis(const symmetry_search& found, array2<double>& x, array2<double>& fc, double tol) {
+void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<double>& x,
+              array2<double>& fc, double tol) {
   const int n = x.cols();
   int kept = 0;
   for (int p = op_e + 1; p <= op_i; ++p) {
-    const auto in_place = [&](int i) { return found.op(p) && found.jreln(i, p) == i; };
+    bool on_planes = false;  // the axis or the centre lies on planes that have cleaned its atoms
+    for (int a = 1; a <= 3; ++a) on_planes = on_planes || (mirror(a) && symm_op(a, p) < 0);
+    if (!found.op(p) || on_planes) continue;
+    const auto in_place = [&](int i) { return found.jreln(i, p) == i; };
     for (int i = 1; i <= n; ++i) {
       if (!in_place(i)) continue;
       for (int a = 1; a <= 3; ++a)
@@ -149,7 +153,7 @@ void get_enforce_symm(states& state, bool enforce_symm) {
   const symmetry_search found = point_group1(state);
   if (!enforce_symm || state.new_pgrp == text<6>("C1")) return;
   set_mirror(state.x, state.fc, state.mirror, state.symm_tol);
-  set_axis(found, state.x, state.fc, state.symm_tol);
+  set_axis(found, state.mirror, state.x, state.fc, state.symm_tol);
   get_array3(state.id3, state.x, state.symm_tol);
   get_array9(found, state.fc, state.symm_tol);
   if (state.ifnac) {

@@ -23,7 +23,8 @@ void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirr
 // The same for what a plane does not reach: atoms that a rotation or the inversion leaves in their place are
 // put on the axis or the centre, and fc loses what couples motions along an axis and across it for pairs of
 // such atoms. Elements above tol stay, and their number is told on the error stream.
-void set_axis(const symmetry_search& found, array2<double>& x, array2<double>& fc, double tol);
+void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<double>& x,
+              array2<double>& fc, double tol);
 
 // Gives v0(3,n), which transforms like coordinates, the symmetry of `id3`. A component that changes by more
 // than tol is told on standard output; a root-mean-square change above tol stops the run.

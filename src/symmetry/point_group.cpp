@@ -184,9 +184,9 @@ symmetry_search point_group1(states& state) {
   int info = 0;
   check_x(x, info);
   if (info < 0) {
-    tell_free({});
+    tell(layout("()"));
     tell_free({"Error! Wrong coordinate in subroutine point_group1"});
-    tell_free({});
+    tell(layout("()"));
     stop();
   }
 

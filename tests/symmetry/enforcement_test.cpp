@@ -1,0 +1,256 @@
+// Tests of the enforcement of symmetry on geometry, force constants and couplings.
+#include "symmetry/enforcement.hpp"  // for get_enforce_symm
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "frame/hessian.hpp"             // for fc_to_fcm
+#include "frame/inertial.hpp"            // for get_inertial
+#include "run/matmul.hpp"                // for matmul
+#include "run/stop.hpp"                  // for run_end
+#include "tests/symmetry/molecules.hpp"  // for molecule, textbook_cases, of_group
+
+namespace vbn {
+namespace {
+
+// Adds to the Hessian a symmetric matrix of random elements up to `size` hartree/bohr^2.
+void add_noise(states& state, double size) {
+  std::mt19937 draw(5);
+  std::uniform_real_distribution<double> noise(-size, size);
+  for (int j = 1; j <= state.n3; ++j)
+    for (int i = 1; i <= j; ++i) state.fc(i, j) = state.fc(j, i) = state.fc(i, j) + noise(draw);
+  int info = 0;
+  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+}
+
+// The largest element of the matrix between coordinates of different representations.
+double largest_between_representations(const states& state, const array2<double>& matrix) {
+  const array2<double> blocks =
+      matmul(matmul(state.trans_symm, matrix), state.trans_symm, op::plain, op::transposed);
+  double largest = 0.0;
+  for (int r = 1; r <= state.nrep; ++r)
+    for (int i = state.nr_lw(r); i > 0 && i <= state.nr_hi(r); ++i)
+      for (int j = 1; j <= state.n3; ++j)
+        if (j < state.nr_lw(r) || j > state.nr_hi(r)) largest = std::max(largest, std::abs(blocks(i, j)));
+  return largest;
+}
+
+// What a run prints until it ends.
+struct told {
+  std::string out;
+  bool stopped;
+};
+template <class routine>
+told tell_of(routine run) {
+  told result{"", false};
+  testing::internal::CaptureStdout();
+  try {
+    run();
+  } catch (const run_end& end) {
+    result.stopped = end.status == 0 && end.text.empty();
+  }
+  result.out = testing::internal::GetCapturedStdout();
+  return result;
+}
+
+TEST(enforcement, noise_below_the_tolerance_is_gone_from_geometry_and_hessian_in_every_group) {
+  for (int npg = 2; npg <= n_point_group; ++npg) {
+    SCOPED_TRACE(pg_name(npg));
+    states state = molecule(of_group(npg, 0.0002));
+    get_inertial(state);
+    add_noise(state, 0.001);
+    const told result = tell_of([&] { get_enforce_symm(state, true); });
+    ASSERT_FALSE(result.stopped);
+    EXPECT_EQ(result.out, "");
+    const std::string group = state.new_pgrp.str();
+    EXPECT_EQ(group.substr(0, group.find('(')), pg_name(npg).substr(0, pg_name(npg).find('(')));
+    EXPECT_LT(largest_between_representations(state, state.fc), 1e-13);
+    EXPECT_LT(largest_between_representations(state, state.fcm), 1e-16);
+    state.symm_tol = 1e-12;
+    point_group1(state);
+    EXPECT_EQ(state.new_pgrp.str(), group);
+  }
+}
+
+TEST(enforcement, symmetrised_hessian_and_not_the_one_before_is_what_the_inertial_frame_turns) {
+  states state = molecule(of_case(textbook_cases(), "water"));
+  get_inertial(state);
+  // The hydrogens' own elements differ; atom 2 stands for atom 3.
+  state.fc(4, 4) += 0.004;
+  const double of_atom_2 = state.fc(4, 4);
+  get_enforce_symm(state, true);
+  EXPECT_NEAR(state.fc(4, 4), of_atom_2, 1e-12);
+  EXPECT_NEAR(state.fc(7, 7), of_atom_2, 1e-12);
+  EXPECT_NEAR(state.fcm(7, 7), of_atom_2 / state.massau(3), 1e-15);
+}
+
+TEST(enforcement, without_the_key_and_in_c1_nothing_changes) {
+  for (const bool key : {false, true}) {
+    states state = molecule(of_case(textbook_cases(), key ? "four different atoms" : "ethylene"));
+    add_noise(state, 0.001);
+    const states before = state;
+    get_enforce_symm(state, key);
+    EXPECT_EQ(state.x, before.x);  // the frame of the geometry given is no inertial one
+    EXPECT_EQ(state.fc, before.fc);
+    EXPECT_EQ(state.new_pgrp.str(), key ? "C1" : "D2H");
+  }
+}
+
+TEST(enforcement, geometry_off_by_more_than_the_tolerance_loses_the_operations_and_stays_unenforced) {
+  atoms list = of_case(textbook_cases(), "water");
+  list[1].x += 0.02;
+  states state = molecule(list);
+  get_inertial(state);
+  get_enforce_symm(state, true);
+  EXPECT_EQ(state.new_pgrp.str(), "CS(z)");
+  EXPECT_GT(std::abs(state.x(1, 2) + state.x(1, 3)), 0.001);
+}
+
+TEST(enforcement, hessian_off_by_more_than_the_tolerance_stops_the_run_with_its_lines) {
+  states state = molecule(of_case(textbook_cases(), "nitrogen"));
+  get_inertial(state);
+  // All elements of atom 2 with itself: 9 of 36 are off by 0.05.
+  for (int a = 4; a <= 6; ++a)
+    for (int b = 4; b <= 6; ++b) state.fc(a, b) += 0.05;
+  state.fc(1, 2) = state.fc(2, 1) = 0.0125;
+  const told result = tell_of([&] { get_enforce_symm(state, true); });
+  EXPECT_TRUE(result.stopped);
+  EXPECT_NE(result.out.find("Set mirror fc(     1 ,     2 ) =       0.0125000 > tol(      0.0100000 )\n"),
+            std::string::npos);
+  EXPECT_NE(result.out.find("  tol =       0.0100000\n"
+                            "  dx  =       0.02"),
+            std::string::npos)
+      << result.out;
+  EXPECT_EQ(result.out.substr(result.out.size() - 44), "  dx > tol, fs is not the same as f0, stop!\n");
+}
+
+TEST(enforcement, mirror_cleaning_keeps_large_couplings_and_atoms_off_the_plane) {
+  array2<double> x(3, 2), fc(6, 6, 0.005);
+  x(3, 1) = -0.009;
+  x(3, 2) = 0.01;  // not below the tolerance
+  fc(1, 3) = -0.02;
+  fc(3, 1) = -0.02;
+  array1<bool_> mirror(3);
+  mirror(3) = true;
+  const told result = tell_of([&] { set_mirror(x, fc, mirror, 0.01); });
+  EXPECT_EQ(result.out,
+            "Set mirror fc(     1 ,     3 ) =      -0.0200000 > tol(      0.0100000 )\n"
+            "Set mirror fc(     3 ,     1 ) =      -0.0200000 > tol(      0.0100000 )\n");
+  EXPECT_EQ(x(3, 1), 0.0);
+  EXPECT_EQ(x(3, 2), 0.01);
+  EXPECT_EQ(fc(1, 3), -0.02);
+  EXPECT_EQ(fc(2, 3), 0.0);
+  EXPECT_EQ(fc(3, 2), 0.0);
+  EXPECT_EQ(fc(1, 2), 0.005);  // both in the plane
+  EXPECT_EQ(fc(3, 3), 0.005);
+  EXPECT_EQ(fc(1, 6), 0.005);  // the other atom is off the plane
+}
+
+TEST(enforcement, atoms_on_an_axis_without_planes_lose_what_the_rotation_reverses) {
+  // C2(z) of two atoms on the axis and a pair beside it.
+  states state = molecule({{8, 0.003, -0.002, 1}, {16, 0, 0, -2}, {1, 1.5, 0.5, 2}, {1, -1.5, -0.5, 2}});
+  const symmetry_search found = point_group1(state);
+  ASSERT_EQ(state.new_pgrp.str(), "C2(z)");
+  state.fc = array2<double>(12, 12, 0.005);
+  state.fc(6, 1) = 0.02;
+  testing::internal::CaptureStderr();
+  set_axis(found, state.mirror, state.x, state.fc, 0.01);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "warning: 1 force constants between motions along an axis of rotation and across it are above "
+            "symm_tol and stay\n");
+  EXPECT_EQ(state.x(1, 1), 0.0);
+  EXPECT_EQ(state.x(2, 1), 0.0);
+  EXPECT_EQ(state.x(3, 1), 1.0);
+  EXPECT_EQ(state.x(1, 3), 1.5);
+  EXPECT_EQ(state.fc(6, 1), 0.02);
+  EXPECT_EQ(state.fc(1, 6), 0.0);
+  EXPECT_EQ(state.fc(1, 2), 0.005);  // both across the axis
+  EXPECT_EQ(state.fc(1, 9), 0.005);  // the other atom is beside it
+}
+
+// Two atoms, the second the image of the first under the reflection of x.
+array3<int> reflected_pair() {
+  array3<int> id3(3, 3, 2);
+  for (int i = 1; i <= 2; ++i)
+    for (int a = 1; a <= 3; ++a) {
+      id3(1, a, i) = 1;
+      id3(2, a, i) = a;
+      id3(3, a, i) = i == 2 && a == 1 ? -1 : 1;
+    }
+  return id3;
+}
+
+array2<double> vectors(std::initializer_list<double> values) {
+  array2<double> v(3, static_cast<int>(values.size()) / 3);
+  std::copy(values.begin(), values.end(), v.data());
+  return v;
+}
+
+TEST(enforcement, vector_field_takes_its_representatives_and_large_changes_are_told) {
+  array2<double> v = vectors({1, 2, 3, -1.02, 2, 3.001});
+  told result = tell_of([&] { get_array3(reflected_pair(), v, 0.01); });
+  EXPECT_FALSE(result.stopped);
+  EXPECT_EQ(result.out,
+            "get_array3:    2   1   1   1     -1.0200000      1.0000000     -1.0000000      0.0200000\n");
+  EXPECT_EQ(v, vectors({1, 2, 3, -1, 2, 3}));
+
+  v = vectors({1, 2, 3, -1.03, 2, 3});
+  result = tell_of([&] { get_array3(reflected_pair(), v, 0.01); });
+  EXPECT_TRUE(result.stopped);
+  EXPECT_EQ(result.out,
+            "get_array3:    2   1   1   1     -1.0300000      1.0000000     -1.0000000      0.0300000\n"
+            "  tol =       0.0100000\n"
+            "  dx  =       0.0122474\n"
+            "  dx > tol, fs is not the same as f0, stop!\n");
+}
+
+TEST(enforcement, couplings_may_be_odd_and_those_of_no_parity_stay) {
+  const auto enforced = [](array2<double> v, int& info) {
+    get_array3s(reflected_pair(), v, 0.01, info);
+    return v;
+  };
+  int info = 9;
+  EXPECT_EQ(enforced(vectors({1, 2, 3, -1.004, 2, 3}), info), vectors({1, 2, 3, -1, 2, 3}));
+  EXPECT_EQ(info, 0);
+  EXPECT_EQ(enforced(vectors({1, 2, 3, 1.004, -2, -3}), info), vectors({1, 2, 3, 1, -2, -3}));
+  EXPECT_EQ(info, 0);
+  EXPECT_EQ(enforced(vectors({1, 2, 3, 1, 2, 3}), info), vectors({1, 2, 3, 1, 2, 3}));
+  EXPECT_EQ(info, -1);
+  // Small ones count as even first.
+  EXPECT_EQ(enforced(vectors({0.001, 0, 0, 0.001, 0, 0}), info), vectors({0.001, 0, 0, -0.001, 0, 0}));
+  EXPECT_EQ(info, 0);
+}
+
+TEST(enforcement, couplings_and_their_geometry_are_enforced_with_the_state) {
+  states state = molecule(of_case(textbook_cases(), "water"));
+  get_inertial(state);
+  state.ifnac = true;
+  state.x_nac = state.x;
+  state.x_nac(1, 3) += 0.001;
+  state.nacme_x = vectors({0.3, 0, 0, 0.1, 0.2, 0, 0.102, -0.199, 0});  // odd under the rotation
+  get_enforce_symm(state, true);
+  EXPECT_NEAR(state.x_nac(1, 3), -state.x_nac(1, 2), 1e-12);
+  EXPECT_NEAR(state.nacme_x(1, 3), state.nacme_x(1, 2), 1e-12);
+  EXPECT_NEAR(state.nacme_x(2, 3), -state.nacme_x(2, 2), 1e-12);
+  EXPECT_EQ(state.nacme_x1, state.nacme_x);
+}
+
+TEST(enforcement, single_large_deviation_of_a_large_hessian_is_told_and_passes) {
+  states state = molecule(of_case(textbook_cases(), "nitrogen"));
+  const symmetry_search found = point_group1(state);
+  array2<double> fc(6, 6);
+  fc(2, 2) = 0.5;
+  fc(5, 5) = 0.53;
+  const told result = tell_of([&] { get_array9(found, fc, 0.01); });
+  EXPECT_FALSE(result.stopped);
+  EXPECT_EQ(result.out,
+            "get_array9:   5     5     2     2         2   2     2   2     2   1     2   1         1"
+            "      0.0009000      0.5000000      0.5300000      0.5000000\n");
+  EXPECT_EQ(fc(2, 2), 0.5);
+  EXPECT_EQ(fc(5, 5), 0.5);
+}
+
+}  // namespace
+}  // namespace vbn
