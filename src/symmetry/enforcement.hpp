@@ -1,5 +1,4 @@
-// Exactly symmetric geometry, Hessian and couplings: every element takes the value of the one that stands for
-// it.
+// Exactly symmetric geometry, Hessian and couplings, each element from the one that stands for it.
 #pragma once
 
 #include "run/array.hpp"             // for array1, array2, array3

@@ -1,5 +1,4 @@
-// The point group of a molecule in its inertial frame, its symmetry-adapted coordinates, and the atoms and
-// atom pairs that stand for the others.
+// The point group of a molecule in its inertial frame, its symmetry-adapted coordinates and unique atoms.
 #pragma once
 
 #include "run/array.hpp"        // for array1, array2
