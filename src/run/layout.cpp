@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "run/number.hpp"  // for put_fixed
+#include "run/number.hpp"  // for write_fixed
 #include "run/text.hpp"    // for layout
 
 namespace vbn {

@@ -1,5 +1,5 @@
 // Numbers to text and text to numbers.
-#include "run/number.hpp"  // for put_fixed
+#include "run/number.hpp"  // for write_fixed
 
 #include <algorithm>
 #include <array>
@@ -156,7 +156,7 @@ void write_fixed_plain(char* field, double r, int w, int d) {
 
 constexpr std::uint64_t exact_integers = std::uint64_t{1} << 53;
 constexpr std::ptrdiff_t most_digits = 19;  // of an integer that surely fits into 64 bits
-constexpr int far_exponent = 100000;        // beyond every double, however long its digits
+constexpr int far_exponent = 100000;        // beyond every double
 
 bool digit(char c) { return c >= '0' && c <= '9'; }
 

@@ -116,11 +116,11 @@ void output_file::close() {
 }
 
 void output_file::flush_if_full() {
+  if (file_ == nullptr) throw std::logic_error("a file is written to that is not open");
   if (held_.size() >= flush_size) flush();
 }
 
 void output_file::flush() {
-  if (file_ == nullptr) throw std::logic_error("a file is written to that is not open");
   const std::size_t written = std::fwrite(held_.data(), 1, held_.size(), file_);
   if (written != held_.size()) {
     const int error = errno;

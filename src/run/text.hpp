@@ -112,7 +112,7 @@ class layout {
 // written or closed ends the run with a message that names it.
 class output_file {
  public:
-  output_file() = default;  // connected to nothing
+  output_file() = default;  // not open; what is written to it is an error of the program
   explicit output_file(std::string name);
   output_file(output_file&&) noexcept;
   output_file& operator=(output_file&&) noexcept;

@@ -93,6 +93,9 @@ TEST(input_file, what_is_no_readable_text_file_is_named) {
             std::string::npos);
   EXPECT_NE(message_of([] { input_file file(""); }).find("cannot read the file"), std::string::npos);
   EXPECT_FALSE(input_file::try_open("no_such_file.log").has_value());
+}
+
+TEST(input_file, that_may_not_be_read_is_named) {
   if (::geteuid() == 0) GTEST_SKIP() << "root may read every file";
   const std::string locked = scratch("locked");
   write_text(locked, "a");

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <optional>
+#include <stdexcept>
 
 #include "run/stop.hpp"            // for run_end
 #include "tests/written_file.hpp"  // for content_of
@@ -90,6 +90,7 @@ TEST(output_file, that_cannot_be_opened_or_filled_ends_the_run_with_its_name) {
               for (int i = 0; i < 1'000'000; ++i) file.line("a line that fills the disk");
             }).find("in /dev/full"),
             std::string::npos);
+  EXPECT_THROW(output_file().line("a"), std::logic_error);
   output_file left("/dev/full");  // its end must not end the process
   left.line("a");
 }
