@@ -70,15 +70,16 @@ std::string plain_exponent(double r, int w, int d) {
   std::string shown = printed("%.*E", d - 1, r);
   const std::size_t sign = shown[0] == '-' ? 1 : 0;
   const std::size_t letter = shown.find('E');
-  std::string digits = shown.substr(sign, letter - sign);
-  std::erase(digits, '.');
   const int power = r == 0.0 ? 0 : std::atoi(shown.c_str() + letter + 1) + 1;
   char end[16];
   std::snprintf(end, sizeof end, "E%+03d", power);
-  shown = without_letter("." + digits + end);
-  const std::size_t columns = sign + shown.size();
-  return right((sign > 0 ? "-" : "") + std::string(columns < static_cast<std::size_t>(w) ? "0" : "") + shown,
-               w);
+  std::string mantissa = shown.substr(sign, letter - sign);
+  std::erase(mantissa, '.');
+  mantissa.insert(0, 1, '.');
+  shown = without_letter(mantissa.append(end));
+  if (sign + shown.size() < static_cast<std::size_t>(w)) shown.insert(0, 1, '0');
+  if (sign > 0) shown.insert(0, 1, '-');
+  return right(shown, w);
 }
 
 // Values of every kind that may be close to a tie, a power of ten or the end of a range.
