@@ -22,9 +22,8 @@ void attempt(Reader reader) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace vbn;
-  qm_file file{
-      input_file::from_memory("fuzz", std::string(reinterpret_cast<const char*>(data), size)), {}, {}};
-  qm_file_type(file.file, file.type, file.version, file.info);
+  qm_file file =
+      open_qm_file(input_file::from_memory("fuzz", std::string(reinterpret_cast<const char*>(data), size)));
   int natom = 0;
   int info = 0;
   attempt([&] { qm_file_natom(file, natom, info); });
