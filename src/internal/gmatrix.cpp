@@ -177,8 +177,8 @@ void get_int_gmatrix(states& state, double gcut, output_file& fout) {
   fout.write(found_line, {nv});
   if (nv != n3 - 6 && nv != n3 - 5) tell_wrong_count(e, fout);
   if (nv != state.nv)
-    warn("the internal coordinates of " + state.ffreq.str() + " span " + std::to_string(nv) +
-         " directions; the route through them goes on with the first " + std::to_string(state.nv));
+    warn(state.ffreq.str() + ": " + std::to_string(nv) + " independent internal coordinates where 3N-6 is " +
+         std::to_string(state.nv) + ": the route through them uses the first " + std::to_string(state.nv));
 
   const array2<double> at = transposed(kept_vectors(e, v, gcut, nv));
   const array2<double> b1 = times_sparse(at, b);

@@ -77,31 +77,6 @@ TEST(bond, an_element_without_a_radius_costs_no_later_atom_its_bonds) {
   EXPECT_NE(warning.find("106"), std::string::npos);
 }
 
-TEST(bond, lists_act_with_their_flag_only_and_a_deletion_outlasts_an_addition) {
-  input_data input;
-  input.n_add_int_coord = 2;
-  input.n_del_int_coord = 1;
-  for (int a = 1; a <= 2; ++a) input.def_add_int_coord(a, 1) = input.def_del_int_coord(a, 1) = a + 1;
-  for (int a = 1; a <= 3; ++a) input.def_add_int_coord(a, 2) = a;
-  input.def_add_int_type(1) = input.def_del_int_type(1) = 'b';
-  input.def_add_int_type(2) = 'a';
-  const array2<bool_> none(3, 3);
-  array2<bool_> bond = none;
-  def_bond(input, bond);
-  EXPECT_EQ(bond, none);
-  input.if_add_int_coord = true;
-  def_bond(input, bond);
-  EXPECT_TRUE(bond(2, 3) && bond(3, 2));
-  EXPECT_FALSE(bond(1, 2));  // an added angle adds no bond
-  array1<int> bond_num;
-  get_bond_num(bond, bond_num);
-  EXPECT_EQ(bond_num(1), 0);
-  EXPECT_EQ(bond_num(2), 1);
-  input.if_del_int_coord = true;
-  def_bond(input, bond);
-  EXPECT_EQ(bond, none);
-}
-
 TEST(bond, an_atom_left_alone_is_told_and_stops_the_run) {
   std::vector<test_atom> atoms = water;
   atoms[2].x = {0.0, -1.4, 0.0};

@@ -37,6 +37,13 @@ array2<double> plain_product(const array2<double>& a, const array2<double>& b) {
   return c;
 }
 
+array2<double> transposed(const array2<double>& a) {
+  array2<double> t(a.cols(), a.rows());
+  for (int i = 1; i <= a.rows(); ++i)
+    for (int j = 1; j <= a.cols(); ++j) t(j, i) = a(i, j);
+  return t;
+}
+
 bool same_bits(const array2<double>& a, const array2<double>& b) {
   return a.rows() == b.rows() && a.cols() == b.cols() &&
          std::memcmp(a.data(), b.data(), a.span().size_bytes()) == 0;
@@ -134,15 +141,6 @@ TEST(gmatrix, basis_is_orthonormal_and_belongs_to_the_rows_of_b) {
     }
   for (int i = 1; i <= state.n3; ++i)
     for (int j = 1; j <= state.nr; ++j) EXPECT_EQ(state.ga(i, j), state.ag(j, i));
-  // A turn of the frame turns the directions of `bm` and leaves G as it is.
-  states turned = molecule(ammonia);
-  for (int i = 1; i <= turned.natom; ++i) {
-    std::swap(turned.x(1, i), turned.x(2, i));
-    turned.x(3, i) = -turned.x(3, i);
-  }
-  get_int_coord(turned, {});
-  get_int_gmatrix(turned, 1.0e-8, log);
-  expect_near(turned.bmbt, state.bmbt, 1.0e-15);
 }
 
 TEST(gmatrix, log_tells_cut_counts_and_the_roots_of_the_overlap) {
@@ -168,17 +166,18 @@ TEST(gmatrix, log_tells_cut_counts_and_the_roots_of_the_overlap) {
                 std::pow(e(i + 1), -0.25), 1.0e-7);
 }
 
-TEST(gmatrix, too_few_directions_are_told_in_the_log_and_stop_in_silence) {
-  input_data input;
-  input.if_del_int_coord = true;
-  input.n_del_int_coord = 1;
-  for (int a = 1; a <= 3; ++a) input.def_del_int_coord(a, 1) = a + 1;
-  states state = prepared(disulfane(1.5), input);
-  ASSERT_EQ(state.nr, 5);
+TEST(gmatrix, an_eigenvalue_equal_to_the_cut_counts_not_and_too_few_are_told_in_the_log) {
+  states state = prepared(water);
   const std::string name = scratch("log");
   output_file log(name);
+  array1<double> e;
+  array2<double> v, g;
+  int info = 0;
+  get_wilson_g_matrix(state.massau, transposed(state.br), g);
+  diag_symm(g, e, v, info);
+  EXPECT_NO_THROW(get_int_gmatrix(state, std::nextafter(e(1), 0.0), log));
   try {
-    get_int_gmatrix(state, 1.0e-8, log);
+    get_int_gmatrix(state, e(1), log);
     FAIL();
   } catch (const run_end& end) {
     EXPECT_EQ(end.status, 0);
@@ -186,28 +185,12 @@ TEST(gmatrix, too_few_directions_are_told_in_the_log_and_stop_in_silence) {
   }
   log.close();
   const std::vector<std::string> lines = lines_of(name);
-  ASSERT_EQ(lines.size(), 11u);
-  EXPECT_EQ(lines[2], "  nber non-redundant internal coords =          5");
-  EXPECT_EQ(lines[3], "");
-  EXPECT_EQ(lines[4], "  G eigenvalues:");
-  EXPECT_EQ(lines[5], "");
-  EXPECT_EQ(lines[6].size(), 75u);
-  EXPECT_EQ(lines[7], "");
-  EXPECT_EQ(lines[8], "  Error! nv is incorrect");
-  EXPECT_EQ(lines[9], "  Try to set set_cart = t");
-  EXPECT_EQ(lines[10], "Stop!");
-}
-
-TEST(gmatrix, an_eigenvalue_equal_to_the_cut_does_not_count) {
-  states state = prepared(water);
-  output_file log(scratch("log"));
-  get_int_gmatrix(state, 1.0e-8, log);
-  array1<double> e;
-  array2<double> v;
-  int info = 0;
-  diag_symm(state.bmbt, e, v, info);
-  EXPECT_NO_THROW(get_int_gmatrix(state, std::nextafter(e(1), 0.0), log));
-  EXPECT_THROW(get_int_gmatrix(state, e(1), log), run_end);
+  ASSERT_EQ(lines.size(), 5u + 11u);
+  const std::vector<std::string> told(lines.begin() + 7, lines.end());
+  EXPECT_EQ(told, (std::vector<std::string>{"  nber non-redundant internal coords =          2", "",
+                                            "  G eigenvalues:", "", told[4], "", "  Error! nv is incorrect",
+                                            "  Try to set set_cart = t", "Stop!"}));
+  EXPECT_EQ(told[4].size(), 45u);
 }
 
 TEST(gmatrix, a_diatomic_has_one_direction_beyond_its_count_and_says_so) {
@@ -215,7 +198,7 @@ TEST(gmatrix, a_diatomic_has_one_direction_beyond_its_count_and_says_so) {
   output_file log(scratch("log"));
   testing::internal::CaptureStderr();
   get_int_gmatrix(state, 1.0e-8, log);
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("span 1 directions"), std::string::npos);
+  EXPECT_NE(testing::internal::GetCapturedStderr().find(": 1 independent"), std::string::npos);
   EXPECT_EQ(state.nv, 0);
   EXPECT_NEAR(std::abs(state.bm(1, 6)), std::sqrt(0.5), 1.0e-12);
 }

@@ -142,9 +142,11 @@ TEST_F(reorganisation, sums_are_those_of_the_rows_and_of_the_modes_of_each_state
 TEST_F(reorganisation, a_diatomic_has_a_file_of_zeros_and_no_file_comes_without_the_key) {
   const std::vector<test_atom> nitrogen{{7, {0, 0, 0}}, {7, {0, 0, 1.1}}};
   const std::vector<test_atom> longer{{7, {0, 0, 0}}, {7, {0, 0, 1.2}}};
+  testing::internal::CaptureStderr();  // warnings that a diatomic has one vibration more than 3N-6
   displaced(nitrogen, longer, false);
   EXPECT_FALSE(std::filesystem::exists("proj_reorg.dat"));
   displaced(nitrogen, longer, true);
+  testing::internal::GetCapturedStderr();
   const std::vector<std::string> lines = lines_of("proj_reorg.dat");
   ASSERT_EQ(lines.size(), 23u);
   EXPECT_EQ(lines[20],
