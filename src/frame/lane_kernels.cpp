@@ -50,7 +50,7 @@ void transpose(lanes* a) {
 
 #pragma GCC push_options
 #pragma GCC target("avx512f")
-namespace width8 {  // the strips only: the reduction waits for memory, and its tiles are 4 columns wide
+namespace width8 {  // the strips only: to turn wider tiles costs the reduction more than it gains
 constexpr int width = 8;
 constexpr int group = 2;
 constexpr int waves = 3;

@@ -1,9 +1,9 @@
 // Householder reduction of a symmetric matrix to tridiagonal form, with the transformation accumulated.
 //
 // The arithmetic is that of the published routine, operation for operation: every sum runs in its order and
-// every element sees its changes in their order, so that the results agree to the last bit. Only what does
-// not depend on each other changes places: the change of the matrix in one step waits for the product of the
-// next, which then reads each element once, and the columns of the transformation are worked off in strips.
+// every element sees its changes in their order, so that the results agree to the last bit. Only what is
+// independent changes places: the change of the matrix in one step waits for the product of the next, so that
+// one pass does both, and the columns of the transformation are worked off in strips.
 #include <algorithm>
 #include <cmath>
 #include <span>
@@ -107,13 +107,13 @@ void accumulate(const array2<double>& w, const array1<double>& d, array2<double>
 void tred2e(const array2<double>& a, array1<double>& d, array1<double>& e, array2<double>& z,
             const lane_kernels& kernels) {
   const int n = a.rows();
+  array2<double> w(n, n);
+  for (int j = 1; j <= n; ++j)
+    for (int i = j; i <= n; ++i) w(j, i) = a(i, j);
   d = array1<double>(n);
   e = array1<double>(n);
   z = array2<double>(n, n);
   if (n == 0) return;
-  array2<double> w(n, n);
-  for (int j = 1; j <= n; ++j)
-    for (int i = j; i <= n; ++i) w(j, i) = a(i, j);
   reduce(w, d, e, kernels);
   accumulate(w, d, z, kernels);
   for (int i = 1; i <= n; ++i) d(i) = w(i, i);
