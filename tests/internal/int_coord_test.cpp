@@ -39,8 +39,9 @@ input_data with_lists(std::initializer_list<entry> added, std::initializer_list<
 std::string chains_of(const states& state) {
   std::string chains;
   for (int c = 1; c <= state.nlin; ++c)
-    chains += (c > 1 ? " " : "") + std::to_string(state.linbon(1, c)) + "-" +
-              std::to_string(state.linbon(2, c)) + "-" + std::to_string(state.linbon(3, c));
+    chains.append(c > 1 ? " " : "")
+        .append(std::to_string(state.linbon(1, c)) + "-" + std::to_string(state.linbon(2, c)) + "-" +
+                std::to_string(state.linbon(3, c)));
   return chains;
 }
 

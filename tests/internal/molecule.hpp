@@ -67,9 +67,9 @@ inline std::vector<test_atom> chain_of_carbon(int n) {
 inline std::string listed(const states& state) {
   std::string list;
   for (int m = 1; m <= state.nr; ++m) {
-    list += (m > 1 ? " " : "") + std::to_string(state.iztype(m)) + "(";
+    list.append(m > 1 ? " " : "").append(std::to_string(state.iztype(m))).append("(");
     for (int place = 1; place <= 4 && state.intdef(place, m) > 0; ++place)
-      list += (place > 1 ? "," : "") + std::to_string(state.intdef(place, m));
+      list.append(place > 1 ? "," : "").append(std::to_string(state.intdef(place, m)));
     list += ")";
   }
   return list;

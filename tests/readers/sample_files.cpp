@@ -177,8 +177,8 @@ std::string chemshell_output(const molecule& m) {
   file += "\n          atomic weights\n          --------------\n";
   for (int i = 1; i <= m.nat.size(); ++i)
     file += put("%6d  %-2s%16.7f\n", i, symbol(m, i).c_str(), m.mass(i));
-  file += "\n" + put("%53s\n", "cartesian force constant matrix") +
-          put("%53s\n", "-------------------------------");
+  file +=
+      put("\n%53s\n", "cartesian force constant matrix") + put("%53s\n", "-------------------------------");
   for (int kb = 1; kb <= n3; kb += 9) {
     file += "\n\n\n hessian block\n\n\n columns\n elements\n components\n\n\n";
     for (int j = 1; j <= n3; ++j) {
