@@ -1,11 +1,11 @@
 // Projects the couplings of a state on normal modes and reports every stage in the log.
 #pragma once
 
+#include <span>
+
 #include "run/array.hpp"   // for array2
 #include "run/record.hpp"  // for states
 #include "run/text.hpp"    // for output_file
-
-#include <span>
 
 namespace vbn {
 
