@@ -4,7 +4,6 @@
 #include <cmath>
 #include <limits>
 #include <string>
-#include <vector>
 
 #include "readers/elements.hpp"  // for nat_to_radius
 #include "run/stop.hpp"          // for warn
