@@ -182,36 +182,6 @@ TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_n
   EXPECT_EQ(q.second(), (std::vector<int>{1, 8, 3, 4, 5, 6, 7, 2, 9}));
 }
 
-TEST(ordering, an_atom_and_two_atoms_have_no_second_block) {
-  for (const int n3 : {3, 6}) {
-    for (const bool n3all : {false, true}) {
-      for (const bool if_symm : {false, true}) {
-        pairing p(n3);
-        p.exchange(1, 3, 0.9);
-        p.keys.n3all = n3all;
-        p.keys.if_symm = if_symm;
-        p.run();
-        EXPECT_EQ(p.unpaired, 0);
-        std::vector<int> partner(static_cast<std::size_t>(n3) + 1);
-        for (int i = 1; i <= n3; ++i) partner[static_cast<std::size_t>(p.idx1(i, 1))] = p.idx2(i, 1);
-        EXPECT_EQ(partner[1], 3) << n3 << n3all << if_symm;
-        EXPECT_EQ(partner[2], 2) << n3 << n3all << if_symm;
-      }
-    }
-  }
-}
-
-// Modes 7 to 10 of twelve are of representation A1, 11 and 12 of B2, in both states.
-pairing symmetric_pairing() {
-  pairing p(12);
-  p.keys.if_symm = true;
-  p.nrep = 2;
-  p.nmrep(1) = "A1";
-  p.nmrep(2) = "B2";
-  for (int i = 1; i <= 12; ++i) p.symm1(i) = p.symm2(i) = i <= 10 ? "A1" : "B2";
-  return p;
-}
-
 TEST(ordering, pairs_stay_within_their_representation_even_against_a_larger_overlap) {
   for (const int sort_mode : {1, 2, 3}) {
     pairing p = symmetric_pairing();
@@ -228,15 +198,6 @@ TEST(ordering, pairs_stay_within_their_representation_even_against_a_larger_over
       EXPECT_EQ(i > 10, j > 10);  // blocks in the order of the names
     }
   }
-}
-
-TEST(ordering, the_six_lowest_of_the_symmetric_path_go_by_frequency_and_not_by_number) {
-  pairing p = symmetric_pairing();
-  p.freq1(1) = p.freq2(1) = -0.1;  // an imaginary mode: by its size the highest of all
-  p.symm1(1) = p.symm2(1) = "B2";
-  p.run();
-  EXPECT_EQ(p.first(), (std::vector<int>{2, 3, 4, 5, 6, 7, 8, 9, 10, 1, 11, 12}));
-  EXPECT_EQ(p.second(), p.first());
 }
 
 TEST(ordering, surplus_modes_of_a_representation_stand_below_all_pairs_and_are_counted) {

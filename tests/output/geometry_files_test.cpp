@@ -128,15 +128,6 @@ TEST(geometry_files, animations_have_a_frame_for_every_mode_from_the_final_signs
   EXPECT_EQ(vib2[11 * 6 + 3].substr(36, 16), "    1.5875317470");
 }
 
-TEST(geometry_files, equal_geometries_have_vectors_that_are_no_numbers_and_the_run_goes_on) {
-  const std::string name = scratch("dx.v.xyz");
-  const array1<int> nat(1, 1);
-  const double none[] = {0.0, 0.0, 0.0};
-  write_xyz_dv(name, array2<double>(3, 1, 0.5), none, nat);
-  EXPECT_EQ(lines_of(name).at(2),
-            "  H     0.5000000000    0.5000000000    0.5000000000         NaN         NaN         NaN");
-}
-
 TEST(geometry_files, without_a_bond_search_there_are_atom_numbers_only) {
   array1<states> state = formaldehyde();
   state(1).bond = state(2).bond = array2<bool_>();
