@@ -182,6 +182,17 @@ TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_n
   EXPECT_EQ(q.second(), (std::vector<int>{1, 8, 3, 4, 5, 6, 7, 2, 9}));
 }
 
+// Modes 7 to 10 of twelve are of representation A1, 11 and 12 of B2, in both states.
+pairing symmetric_pairing() {
+  pairing p(12);
+  p.keys.if_symm = true;
+  p.nrep = 2;
+  p.nmrep(1) = "A1";
+  p.nmrep(2) = "B2";
+  for (int i = 1; i <= 12; ++i) p.symm1(i) = p.symm2(i) = i <= 10 ? "A1" : "B2";
+  return p;
+}
+
 TEST(ordering, pairs_stay_within_their_representation_even_against_a_larger_overlap) {
   for (const int sort_mode : {1, 2, 3}) {
     pairing p = symmetric_pairing();
