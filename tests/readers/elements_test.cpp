@@ -1,4 +1,4 @@
-// Tests of the element tables.
+// Tests of the element tables, and of the labels of atoms that are no element symbols.
 #include "readers/elements.hpp"  // for the look-ups
 
 #include <gtest/gtest.h>
@@ -6,76 +6,44 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <utility>
 
+#include "readers/rows.hpp"                // for symbol_rows
 #include "run/constants.hpp"               // for max_element
 #include "tests/readers/sample_files.hpp"  // for ending_of
 
 namespace vbn {
 namespace {
 
-TEST(elements, every_symbol_gives_its_own_number_in_any_case) {
+TEST(elements, a_row_of_the_tables_that_slipped_is_seen_at_its_neighbours) {
   for (int nat = 1; nat <= max_element; ++nat) EXPECT_EQ(symbol_to_nat(element_symbol(nat)), nat);
-  for (const char* chlorine : {"Cl", "CL", "cl", "cL", " Cl "}) EXPECT_EQ(symbol_to_nat(chlorine), 17);
-  for (const char* none : {"", "H1", "Xx", "C l"}) EXPECT_EQ(symbol_to_nat(none), 0) << none;
-}
-
-TEST(elements, masses_and_radii_stand_beside_their_element) {
-  EXPECT_EQ(nat_to_mass(1), 1.007825037);
-  EXPECT_EQ(nat_to_mass(symbol_to_nat("Se")), 78.96);
-  EXPECT_EQ(nat_to_mass(symbol_to_nat("I")), 126.9004);
-  EXPECT_EQ(nat_to_mass(symbol_to_nat("Md")), 255.0906);
-  for (const char* none : {"Pm", "No", "Uuo"}) EXPECT_EQ(nat_to_mass(symbol_to_nat(none)), 0.0) << none;
-  EXPECT_EQ(nat_to_mass(0), 0.0);
-  EXPECT_EQ(nat_to_mass(119), 0.0);
-  // From element to element a mass falls nowhere but at these pairs.
+  // From element to element a mass falls nowhere but at these.
   for (int nat = 2; nat < 102; ++nat) {
-    const std::string_view symbol = element_symbol(nat);
     constexpr std::string_view falling[] = {"K", "Ni", "Br", "I", "Pm", "Pa", "Np", "Fm"};
-    const bool falls = std::ranges::find(falling, symbol) != std::end(falling);
-    EXPECT_EQ(nat_to_mass(nat) < nat_to_mass(nat - 1), falls) << symbol;
+    const bool falls = std::ranges::find(falling, element_symbol(nat)) != std::end(falling);
+    EXPECT_EQ(nat_to_mass(nat) < nat_to_mass(nat - 1), falls) << nat;
   }
-
-  array1<double> radius(3, -1.0);
-  int info = 7;
-  array1<int> nat(3);
-  nat(1) = 6;
-  nat(2) = 105;
-  nat(3) = 11;
-  nat_to_radius(nat, radius, info);
-  EXPECT_EQ(info, 0);
-  EXPECT_EQ(radius(1), 0.77);
-  EXPECT_EQ(radius(2), 1.3);
-  EXPECT_EQ(radius(3), 0.0);
-  radius = array1<double>(3, -1.0);
-  nat(2) = 106;
-  nat_to_radius(nat, radius, info);
-  EXPECT_EQ(info, -1);
-  EXPECT_EQ(radius(1), 0.77);
-  EXPECT_EQ(radius(3), -1.0);
 }
 
 TEST(elements, a_number_that_is_no_element_is_told_with_its_place_and_stops) {
   array1<int> nat(2, 8);
   array1<text<2>> symbol(2);
-  nat_to_symbol(nat, symbol);
-  EXPECT_EQ(symbol(2), "O");
-  nat(1) = 113;
-  nat_to_symbol(nat, symbol);
-  EXPECT_EQ(symbol(1), "Uu");  // the field has two characters
   nat(2) = 119;
   const ending e = ending_of([&] { nat_to_symbol(nat, symbol); });
   EXPECT_EQ(e.status, 0);
-  EXPECT_EQ(e.error, "");
   EXPECT_EQ(e.told, " Error!\nnat(2) = 119 is out of [1,118]\n");
 }
 
-TEST(elements, numbered_symbol_is_right_justified_and_cut_at_ten_characters) {
-  array1<text<2>> symbol(2, "C");
-  symbol(2) = "Cl";
-  array1<text<10>> sym_num(2);
-  get_sym_num(symbol, sym_num);
-  EXPECT_EQ(sym_num(1).full(), " C(1)     ");
-  EXPECT_EQ(sym_num(2).full(), "Cl(2)     ");
+TEST(elements, labels_with_something_behind_the_symbol_give_the_element_that_the_charge_allows) {
+  const std::pair<const char*, int> labels[] = {
+      {"1 CL12 17.0", 17}, {"1 CA2 6.0", 6}, {"1 CA2 20.0", 20}, {"1 CA2 10.0", 20}, {"1 Hw 1.0", 1},
+      {"1 CA 6.0", 20},    {"1 X1 1.0", 0},  {"1 H1 6.0", 0},    {"1 H1 0.5", 0},    {"1 H1 x", 0}};
+  for (const auto& [row, number] : labels) {
+    input_file file = input_file::from_memory("rows", row + std::string("\n"));
+    array1<int> nat(1);
+    const ending e = ending_of([&] { symbol_rows(file, 2, nat, 3, 3); });
+    EXPECT_EQ(e.status == -1 ? nat(1) : 0, number) << row;
+  }
 }
 
 }  // namespace

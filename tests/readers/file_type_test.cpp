@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "readers/qm_file.hpp"             // for qm_file_natom
 #include "tests/readers/sample_files.hpp"  // for opened
 
 namespace vbn {
@@ -16,6 +19,12 @@ struct marked {
   const char* version;
   int info;
 };
+
+void expect_kind(const qm_file& file, const marked& expected) {
+  EXPECT_EQ(file.type, expected.type);
+  EXPECT_EQ(file.version, expected.version) << expected.content;
+  EXPECT_EQ(file.info, expected.info) << expected.content;
+}
 
 std::string columns(int first, std::string_view word) {
   return std::string(static_cast<std::size_t>(first - 1), ' ') + std::string(word) + "\n";
@@ -42,55 +51,35 @@ TEST(file_type, a_file_with_two_markers_is_of_the_kind_that_is_tested_first) {
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     std::string content = kinds[i].content;
     for (std::size_t later = kinds.size(); --later > i;) content = kinds[later].content + content;
-    const qm_file file = opened(content);
-    EXPECT_EQ(file.type, kinds[i].type);
-    EXPECT_EQ(file.version, kinds[i].version) << kinds[i].type;
-    EXPECT_EQ(file.info, kinds[i].info) << kinds[i].type;
+    expect_kind(opened(content), kinds[i]);
   }
 }
 
-TEST(file_type, a_checkpoint_and_a_log_without_stars_give_way_to_any_later_marker) {
+TEST(file_type, provisional_kinds_give_way_to_later_markers_and_markers_out_of_place_are_none) {
   const std::string checkpoint = "title\nNumber of atoms   I   4\n";
-  qm_file file = opened(checkpoint);
-  EXPECT_EQ(file.type, "GAUSSIAN FCHK");
-  EXPECT_EQ(file.version, "UNKNOWN");
-  EXPECT_EQ(file.info, -1);
-  EXPECT_EQ(opened(checkpoint + "in /home/vasp/mol\n").type, "VASP");
-
   const std::string cut = " Entering Gaussian System, Link 0=g16\n";
-  file = opened(cut);
-  EXPECT_EQ(file.type, "GAUSSIAN LOG");
-  EXPECT_EQ(file.version, "");
-  EXPECT_EQ(file.info, -1);
-  EXPECT_EQ(opened(cut + checkpoint).type, "GAUSSIAN FCHK");
-  EXPECT_EQ(opened("*****************\n" + cut).info, -1);  // stars count behind the marker only
+  const marked files[] = {{checkpoint, "GAUSSIAN FCHK", "UNKNOWN", -1},
+                          {checkpoint + " vasp.5\n", "VASP", "5", 3},
+                          {"*****************\n" + cut, "GAUSSIAN LOG", "", -1},
+                          {cut + checkpoint, "GAUSSIAN FCHK", "UNKNOWN", -1},
+                          {" force : TURBOMOLE V5-9-0 29 Nov\n", "TURBOMOLE", "5 9 0", 1},
+                          {" TURBOMOLE rev. V7.4.1 (2bfdd732)\n", "TURBOMOLE", "7.4.1", 1},
+                          {columns(61, "MOLPRO") + columns(63, "MOLPRO") + columns(198, "vasp"), "", "", -1},
+                          {"TURBOMOLE rev. 7.4\nMOLPRO\nchemshell\n", "", "", -1}};
+  for (const marked& f : files) expect_kind(opened(f.content), f);
 }
 
-TEST(file_type, version_5_9_of_turbomole_loses_its_dashes_and_short_lines_give_no_version) {
-  EXPECT_EQ(opened(" force : TURBOMOLE V5-9-0 29 Nov\n").version, "5 9 0");
-  EXPECT_EQ(opened(" TURBOMOLE V").version, "");
-  EXPECT_EQ(opened(" ChemShell").version, "");
-  EXPECT_EQ(opened(" vasp").version, "");
-  EXPECT_EQ(opened(" NUMERICAL FREQUENCY\n").version, "");
-  EXPECT_EQ(opened(" Entering Gaussian System\n *****************").version, "");
-}
-
-TEST(file_type, a_file_without_markers_leaves_kind_and_version_as_they_were) {
-  input_file file = input_file::from_memory("f", "TURBOMOLE rev. 7.4\nMOLPRO\nchemshell\n");
-  text<100> type = "before";
-  text<100> version = "v";
-  int info = 7;
-  qm_file_type(file, type, version, info);
-  EXPECT_EQ(type, "before");
-  EXPECT_EQ(version, "v");
-  EXPECT_EQ(info, -1);
-}
-
-TEST(file_type, a_missing_file_and_a_folder_end_the_run_with_their_name) {
-  for (const char* name : {"no/such/file.log", "/tmp"}) {
-    const ending e = ending_of([&] { open_qm_file(name); });
-    EXPECT_EQ(e.status, 1);
-    EXPECT_NE(e.error.find(name), std::string::npos) << e.error;
+TEST(file_type, a_crystals_number_of_atoms_is_read_from_its_columns) {
+  const std::pair<const char*, int> files[] = {
+      {"_cell_length_a 1\n_atom_site_occupancy\nheading\nC 0\nO 0\nloop_\nH 0\n", 2},
+      {" Program PWSCF v.5.0\n     number of atoms/cell      =           12\n", 12},
+      {" vasp.5.2\n   number of dos      NEDOS =    301   number of ions     NIONS =      8\n", 8}};
+  for (const auto& [content, natom] : files) {
+    qm_file file = opened(content);
+    int count = 0;
+    int info = 7;
+    qm_file_natom(file, count, info);
+    EXPECT_EQ(count, natom);
   }
 }
 

@@ -23,10 +23,12 @@ struct molecule {
 // Formaldehyde, or a chain of H, C, N and O with more atoms.
 molecule sample_molecule(int natom = 4);
 
-// The molecule in the layouts of the programs.
+// The molecule in the layouts of the programs; Molpro with a dump of the geometry or, as from version 2012 on,
+// with a table behind the force constants, before which stands one with the atoms in another order.
 std::string gaussian_log(const molecule& m);
 std::string gaussian_fchk(const molecule& m);
 std::string molpro_output(const molecule& m);
+std::string molpro_newer(const molecule& m);
 std::string turbomole_output(const molecule& m);
 std::string chemshell_output(const molecule& m);
 std::string numforce_output(const molecule& m);
