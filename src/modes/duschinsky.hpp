@@ -1,5 +1,4 @@
-// Duschinsky matrices, displacements, Huang-Rhys factors and reorganisation energies in Cartesian
-// coordinates.
+// Duschinsky matrices, displacements, Huang-Rhys factors and reorganisation energies.
 #pragma once
 
 #include "run/array.hpp"   // for array1, array2

@@ -1,5 +1,4 @@
-// Physical doubts: what makes the numbers of a run mean less than they seem to, told as warnings on the error
-// stream.
+// Physical doubts about a run: what makes its numbers mean less than they seem to.
 #pragma once
 
 #include "run/array.hpp"   // for array1

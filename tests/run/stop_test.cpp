@@ -30,8 +30,9 @@ TEST(stop, fault_marks_its_spot_even_far_to_the_right_of_a_long_line) {
             "  | 1.0 x 2\n"
             "  |     ^\n"
             "  expected: the mass of atom 2\n");
-  const std::string far =
-      fault_message({"w", "f", 1, std::string(100000, 'b') + "x" + std::string(500, 'c'), 100001, ""});
+  std::string line(100501, 'b');
+  line[100000] = 'x';
+  const std::string far = fault_message({"w", "f", 1, line, 100001, ""});
   EXPECT_LT(far.size(), 400u);
   const std::size_t first = far.find("  | b");
   const std::size_t mark = far.find("  |  ");
