@@ -1,4 +1,5 @@
 // Reads files of numerical frequencies (NUMFORCE).
+#include "readers/elements.hpp"  // for nat_to_symbol
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
 #include "readers/scan.hpp"      // for the searches
@@ -21,6 +22,8 @@ void numforce_nat(input_file& file, array1<int>& nat) {
   }
   skip_rows(file, 1, "the table of atoms");
   number_rows(file, 2, nat);
+  array1<text<2>> symbol(nat.size());
+  nat_to_symbol(nat, symbol);  // stops at a number of no element
 }
 
 void numforce_mass(input_file& file, array1<double>& mass) {

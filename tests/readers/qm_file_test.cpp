@@ -169,6 +169,15 @@ TEST(qm_file, damage_is_told_with_its_line_or_in_the_words_of_the_program_that_s
   }
 }
 
+TEST(qm_file, a_numforce_atom_of_no_element_is_told_and_stops) {
+  qm_file file = opened(changed(numforce_output(sample_molecule()), "    2    8 ", "    2  119 "));
+  array1<int> nat;
+  int info = 0;
+  const ending e = ending_of([&] { qm_file_nat(file, 4, nat, info); });
+  EXPECT_EQ(e.status, 0);
+  EXPECT_EQ(e.told, " Error!\nnat(2) = 119 is out of [1,118]\n");
+}
+
 TEST(qm_file, unit_of_a_numforce_file_is_bohr_only_when_the_one_word_behind_the_marker_says_so) {
   const std::string bohr = numforce_output(sample_molecule());
   for (const char* marker : {" bohr", " BOHR", "", " Angstrom", " in bohr"}) {
