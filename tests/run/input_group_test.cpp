@@ -3,8 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
+#include "run/key_table.hpp"       // for key_table
 #include "run/stop.hpp"            // for run_end
 #include "tests/written_file.hpp"  // for scratch and write_text
 
@@ -13,12 +12,10 @@ namespace {
 
 // The keys after reading a file of that content; the whole content where it opens the group itself.
 input_data keys_of(const std::string& content) {
-  const bool whole = content.find('&') != std::string::npos;
-  const std::string name = scratch("t.inp");
-  write_text(name, whole ? content : "&vbn\n" + content + "\n/\n");
   input_data input;
   init(input);
-  input.finp = name;
+  input.finp = scratch("t.inp");
+  write_text(scratch("t.inp"), content.find('&') < content.size() ? content : "&vbn\n" + content + "\n/\n");
   read_input(input);
   return input;
 }
@@ -52,24 +49,13 @@ std::string check_of(const std::string& content, int natom = 6) {
   return testing::internal::GetCapturedStdout() + end;
 }
 
-TEST(input_group, group_opens_in_any_case_and_closes_anywhere_and_nothing_outside_it_counts) {
-  EXPECT_TRUE(keys_of("&vbn set_cart=t/").set_cart);
-  EXPECT_TRUE(
-      keys_of("a title / = 'quoted\n&vbnx set_cart = f /\n  \t&VbN\r\nset_cart = t\r\n/\r\nx = 1").set_cart);
-  const input_data first =
-      keys_of("! &vbn sort_mode = 1 /\n&vbn sort_mode = 2 / sort_mode = 3\n&vbn sort_mode = 4 /");
-  EXPECT_EQ(first.sort_mode, 2);
-  const input_data none = keys_of("&vbn/");
-  EXPECT_EQ(none.eckart_rot, 2);
-  EXPECT_EQ(none.start_mode, 7);
-  EXPECT_EQ(none.proj_hessian, 1);
-  EXPECT_EQ(none.modify_mode, "open");
-  EXPECT_EQ(none.mass_type(1500), -1.0);
-}
-
-TEST(input_group, assignments_stand_apart_by_commas_blanks_line_ends_and_comments) {
+TEST(input_group, group_opens_in_any_case_and_nothing_outside_it_or_in_a_comment_counts) {
+  EXPECT_EQ(keys_of("! &vbn sort_mode = 1 /\n&vbnx sort_mode = 4 /\n &VbN sort_mode = 2 / sort_mode = 3\n"
+                    "&vbn sort_mode = 4 /")
+                .sort_mode,
+            2);
   const input_data d = keys_of(
-      ",Sort_Mode=1,ECKART_ROT = 0 start_mode\t=\t1! no / here, nor a 'quote\n"
+      ",Sort_Mode=1,ECKART_ROT = 0 start_mode\t=\t1! no / here, nor a 'quote\r\n"
       "gcut = 1d-10 symm_tol\n=\n! between\n.5E-2,,eps_test_orth = 2-3 point_group=.tRUE!\n"
       "if_rrs = tomato, map_atoms = .f. sort_mode = 3 fnacme = , proj_nacme = 2");
   EXPECT_EQ(d.sort_mode, 3);
@@ -78,22 +64,17 @@ TEST(input_group, assignments_stand_apart_by_commas_blanks_line_ends_and_comment
   EXPECT_EQ(d.gcut, 1e-10);
   EXPECT_EQ(d.symm_tol, 0.005);
   EXPECT_EQ(d.eps_test_orth, 0.002);
-  EXPECT_TRUE(d.point_group);
-  EXPECT_TRUE(d.if_rrs);
-  EXPECT_FALSE(d.map_atoms);
+  EXPECT_TRUE(d.point_group && d.if_rrs && !d.map_atoms);
   EXPECT_TRUE(d.fnacme.blank());
   EXPECT_EQ(d.proj_nacme, 2);
 }
 
 TEST(input_group, text_keeps_what_would_end_a_group_or_a_value_outside_its_quotes) {
-  const input_data d = keys_of(
-      "ffreq = 'it''s / a ! \"log\", b = 1' \"say \"\"x\"\" 'y'\"\n"
-      "ftdipd = 'over\r\n the end' modify_dush = 'closed' fnacme = ''");
+  const input_data d =
+      keys_of("ffreq = 'it''s / a ! \"log\", b = 1' \"say \"\"x\"\" 'y'\"\nftdipd = 'over\r\n the end'");
   EXPECT_EQ(d.ffreq(1), "it's / a ! \"log\", b = 1");
   EXPECT_EQ(d.ffreq(2), "say \"x\" 'y'");
   EXPECT_EQ(d.ftdipd, "over the end");
-  EXPECT_EQ(d.modify_dush.full(), "close");
-  EXPECT_EQ(keys_of("fnacme = '" + std::string(199, 'a') + "bc'").fnacme, std::string(199, 'a') + "b");
 }
 
 TEST(input_group, values_fill_whole_arrays_sections_and_strides_first_index_fastest) {
@@ -128,147 +109,94 @@ TEST(input_group, more_values_behind_a_single_element_fill_on_and_are_told_and_a
                 place + "the / behind fnacme = closes the group; a path stands in quotes\n");
 }
 
-TEST(input_group, file_that_cannot_be_read_is_named) {
-  input_data input;
-  for (const std::string& name : {std::string("no_such.inp"), testing::TempDir()}) {
-    input.finp = name;
-    try {
-      read_input(input);
-      FAIL() << name;
-    } catch (const run_end& end) {
-      EXPECT_EQ(end.status, 1);
-      EXPECT_NE(end.text.find(name), std::string::npos) << end.text;
-    }
-  }
-  input.finp = "";
-  EXPECT_THROW(read_input(input), run_end);
-}
-
 TEST(input_group, failure_shows_the_line_with_its_spot_the_key_and_what_was_expected) {
-  EXPECT_EQ(failure_of("set_cart = t\r\n sort_mode = 1.5\r\n"),
-            "error: cannot read the value of sort_mode\n  in t, line 3\n  |  sort_mode = 1.5\n"
-            "  |              ^\n  expected: an integer from -2147483648 to 2147483647\n");
-  EXPECT_EQ(failure_of("prefix = 'x'"),
-            "error: unknown key prefix\n  in t, line 2\n  | prefix = 'x'\n  | ^\n"
-            "  expected: a key of the group &vbn\n");
-  EXPECT_EQ(failure_of("ekcart_rot = 1"),
-            "error: unknown key ekcart_rot\n  in t, line 2\n  | ekcart_rot = 1\n  | ^\n"
-            "  expected: a key of the group &vbn, perhaps eckart_rot\n");
-  EXPECT_EQ(failure_of("&vbnx set_cart = t /"),
-            "error: no group &vbn in the input file\n  in t\n"
-            "  expected: a group that opens with &vbn and closes with a /\n");
-  EXPECT_EQ(failure_of("mass_atom(1501) = 1.0"),
-            "error: index 1501 of mass_atom is outside the array\n  in t, line 2\n  | mass_atom(1501) = 1.0\n"
-            "  |           ^\n  expected: mass_atom(1..1500)\n");
-}
-
-TEST(input_group, what_does_not_read_ends_the_run_and_names_its_fault) {
-  struct bad {
-    const char* content;
-    const char* what;
+  const struct {
+    const char *content, *message;
+  } cases[] = {
+      {"set_cart = t\r\n sort_mode = 1.5\r\n",
+       "cannot read the value of sort_mode\n  in t, line 3\n  |  sort_mode = 1.5\n"
+       "  |              ^\n  expected: an integer from -2147483648 to 2147483647\n"},
+      {"ekcart_rot = 1",
+       "unknown key ekcart_rot\n  in t, line 2\n  | ekcart_rot = 1\n  | ^\n"
+       "  expected: a key of the group &vbn, perhaps eckart_rot\n"},
+      {"&vbnx set_cart = t /",
+       "no group &vbn in the input file\n  in t\n  expected: a group that opens with &vbn and closes with a "
+       "/\n"},
+      {"&vbn set_cart = t", "the group &vbn is not closed\n  in t, line 1\n  | &vbn"},
+      {"&vbn fnacme = 'a.log\nset_cart = t /\n", "a text of fnacme has no end\n  in t, line 1"},
+      {"ffreq(1) = 'a\n ffreq(2) = 'b'", "a text of ffreq goes on to the next quote in a later line"},
+      {"ffreq = 'a''b' 'c'd", "no separator behind a text of ffreq"},
+      {"set_cart = t\npoint_group t", "no = behind the key point_group\n  in t, line 3"},
+      {"'a' = 1", "no key where one must stand"},
+      {"sort_mode = 2147483648", "cannot read the value of sort_mode"},
+      {"gcut = nan", "cannot read the value of gcut"},
+      {"gcut = 1,5", "too many values for gcut"},
+      {"set_cart = 1", "cannot read the value of set_cart"},
+      {"def_add_int_coord(:,2) = 1 2 3 x", "cannot read the value of def_add_int_coord(4,2)"},
+      {"mode_block(2,1) = 1 2", "too many values for mode_block"},
+      {"mass_atom = 9999999999*1.0", "the repeat count of a value of mass_atom does not read"},
+      {"mode_block(1) = 1", "the index of mode_block does not fit it"},
+      {"mode_block(1;1) = 1", "the index of mode_block does not read"},
+      {"mode_block(99999999999,1) = 1", "cannot read the index of mode_block"},
+      {"mass_atom(1501) = 1.0", "index 1501 of mass_atom is outside the array"},
+      {"mode_block(1,1:2147483647:2147483647) = 1", "a section of mode_block reaches outside the array"},
+      {"mode_block(1:2:0,1) = 1", "a section of mode_block holds no element"},
+      {"def_add_int_coord_c(:,2) = 'x' '1' 'C' '0'", "def_add_int_coord_c(3,2) holds no atom number"},
   };
-  for (const bad& b : std::initializer_list<bad>{
-           {"&vbn set_cart = t", "the group &vbn is not closed\n  in t, line 1\n  | &vbn"},
-           {"&vbn set_cart = t\n&end", "the group &vbn is not closed\n  in t, line 2\n  | &end"},
-           {"&vbn fnacme = 'a.log\nset_cart = t /\n", "a text of fnacme has no end\n  in t, line 1"},
-           {"ffreq(1) = 'a\n ffreq(2) = 'b'",
-            "a text of ffreq goes on to the next quote in a later line\n  in t, line 2"},
-           {"ffreq = 'a''b' 'c'd", "no separator behind a text of ffreq"},
-           {"sort_mode 1", "no = behind the key sort_mode"},
-           {"set_cart = t\npoint_group t", "no = behind the key point_group\n  in t, line 3"},
-           {"ffreq(1)(1:2) = 'a'", "no = behind the key ffreq"},
-           {"'a' = 1", "no key where one must stand"},
-           {"sort_mode = 2147483648", "cannot read the value of sort_mode"},
-           {"sort_mode = '1'", "cannot read the value of sort_mode"},
-           {"gcut = 1e999", "cannot read the value of gcut"},
-           {"gcut = nan", "cannot read the value of gcut"},
-           {"gcut = 1,5", "too many values for gcut"},
-           {"set_cart = 1", "cannot read the value of set_cart"},
-           {"set_cart = .", "cannot read the value of set_cart"},
-           {"mass_atom(3) = x", "cannot read the value of mass_atom(3)"},
-           {"def_add_int_coord(:,2) = 1 2 3 x", "cannot read the value of def_add_int_coord(4,2)"},
-           {"ffreq(1) = ground.log", "cannot read the value of ffreq(1)"},
-           {"ffreq = 3*'a'", "too many values for ffreq"},
-           {"mode_block(2,1) = 1 2", "too many values for mode_block"},
-           {"mass_atom(1:2) = 0*1.0", "the repeat count of a value of mass_atom does not read"},
-           {"mass_atom = 9999999999*1.0", "the repeat count of a value of mass_atom does not read"},
-           {"sort_mode(1) = 1", "the index of sort_mode does not fit it"},
-           {"mode_block(1) = 1", "the index of mode_block does not fit it"},
-           {"mode_block() = 1", "the index of mode_block does not read"},
-           {"mode_block(1,1:2:) = 1", "the index of mode_block does not read"},
-           {"mode_block(1;1) = 1", "the index of mode_block does not read"},
-           {"mode_block(99999999999,1) = 1", "cannot read the index of mode_block"},
-           {"mode_block(0,1) = 1", "index 0 of mode_block is outside the array"},
-           {"mode_block(1,-5:3) = 1", "a section of mode_block reaches outside the array"},
-           {"mode_block(1,1:2147483647:2147483647) = 1", "a section of mode_block reaches outside the array"},
-           {"mode_block(2:1,1) = 1", "a section of mode_block holds no element"},
-           {"mode_block(1:2:0,1) = 1", "a section of mode_block holds no element"},
-           {"def_add_int_coord_c(1:4,2) = 'x' '1' '2' '0'", "def_add_int_coord_c(5,2) holds no atom number"},
-           {"def_add_int_coord_c(:,2) = 'x' '1' 'C' '0' '0'",
-            "def_add_int_coord_c(3,2) holds no atom number"},
-           {"def_add_int_coord_c(:,1) = 'l' '/' '2' '0' '0'",
-            "def_add_int_coord_c(2,1) holds no atom number"},
-       }) {
-    const std::string message = failure_of(b.content);
-    EXPECT_TRUE(message.starts_with(std::string("error: ") + b.what)) << b.content << "\n" << message;
+  for (const auto& it : cases) {
+    const std::string message = failure_of(it.content);
+    EXPECT_TRUE(message.starts_with(std::string("error: ") + it.message)) << it.content << "\n" << message;
   }
 }
 
 TEST(input_group, counters_count_entries_and_the_text_form_wins_over_the_numbers) {
   const input_data d = keys_of(
-      "n_add_int_coord = 5 n_mode_block = 7\n"
-      "def_add_int_coord_c(:,1) = 'l', ' 1', '2', '+3', '0' def_add_int_coord(:,1) = 4*9\n"
-      "def_add_int_coord(1,3) = 2 def_add_int_coord(2,4) = 2 def_add_int_coord(1,5) = 0\n"
-      "mode_block(1,1500) = 1 dush_block(1,2:3) = 4 5 def_del_int_coord(1:2,1) = 1 2");
+      "n_add_int_coord = 5 def_add_int_coord_c(:,1) = 'l', ' 1', '2', '+3', '0' def_add_int_coord(:,1) = "
+      "4*9\n"
+      "def_add_int_coord(1,3) = 2 def_add_int_coord(2,4) = 2 mode_block(1,1500) = 1 dush_block(1,2:3) = 4 5");
   EXPECT_EQ(d.n_add_int_coord, 2);
   EXPECT_EQ(d.n_mode_block, 1);
   EXPECT_EQ(d.n_dush_block, 2);
-  EXPECT_EQ(d.n_del_int_coord, 1);
   const auto first = d.def_add_int_coord.column(1);
   EXPECT_EQ(std::vector<int>(first.begin(), first.end()), (std::vector<int>{1, 2, 3, 0}));
 }
 
-TEST(input_group, init_gives_back_every_default_but_leaves_the_frequency_files) {
-  input_data d = keys_of("ffreq = 'g' 'e' fnacme = 'n' proj_tdipd = 2 mass_atom(4) = 2.0");
-  init(d);
-  EXPECT_EQ(d.ffreq(2), "e");
-  EXPECT_TRUE(d.fnacme.blank());
-  EXPECT_EQ(d.proj_tdipd, 0);
-  EXPECT_EQ(d.mass_atom(4), -1.0);
-}
-
-TEST(input_group, check_stops_at_lists_that_are_asked_for_and_empty) {
+TEST(input_group, check_stops_at_empty_lists_modes_that_are_none_and_coordinates_that_are_none) {
   for (const std::string list : {"mode_block", "dush_block", "add_int_coord", "del_int_coord"}) {
     EXPECT_EQ(check_of("if_" + list + " = t"),
               "STOP Error, if_" + list + " is true, but n_" + list + " is 0. Stop!\n");
   }
-  EXPECT_EQ(check_of("if_add_int_coord = t def_add_int_coord_c(:,1) = 'x' '1' '2' '0' '0'"), "passed");
-  EXPECT_EQ(check_of("if_mode_block = t mode_block(1,2) = 1"), "passed");
-}
-
-TEST(input_group, check_tells_a_mode_other_than_none_open_close_on_standard_output) {
-  EXPECT_EQ(check_of("modify_mode = 'Open'"),
-            "Error!\nmodify_mode =      Open \nmodify_mode should be none, open, close\n");
   EXPECT_EQ(check_of("modify_mode = 'none' modify_dush = 'shut'"),
             "Error!\nmodify_dush =      shut \nmodify_dush should be none, open, close\n");
   EXPECT_EQ(check_of("modify_mode = 'close' modify_dush = 'none '"), "passed");
-}
-
-TEST(input_group, check_tells_bonds_angles_and_dihedrals_apart_and_stops_at_what_is_none_of_them) {
-  input_data d = keys_of(
-      "if_add_int_coord = t def_add_int_coord = 1 6 0 0 1 2 3 0 4 3 2 1 if_dush_block = t dush_block = 1");
+  input_data d = keys_of("if_add_int_coord = t def_add_int_coord = 1 6 0 0 1 2 3 0 4 3 2 1");
   check(d, 6);
   EXPECT_EQ(std::string(d.def_add_int_type.data(), 3), "bad");
-  EXPECT_TRUE(d.if_block);
   for (const std::string atoms :
        {"2 2 0 0", "1 7 0 0", "1 2", "3 2 3 0", "1 2 3 1", "1 2 3 7", "5 0 0 0", "1 2 0 3", "1 2 -3 0"}) {
-    EXPECT_EQ(check_of("if_add_int_coord = t def_add_int_coord(:,1) = " + atoms),
-              "STOP Bad def_add_int_coord definition, stop!\n")
-        << atoms;
-    EXPECT_EQ(check_of("if_del_int_coord = t def_del_int_coord(:,1) = " + atoms),
-              "STOP Bad def_del_int_coord definition, stop!\n")
-        << atoms;
-    EXPECT_EQ(check_of("def_add_int_coord(:,1) = " + atoms), "passed");
+    for (const std::string list : {"add_int_coord", "del_int_coord"}) {
+      EXPECT_EQ(check_of("if_" + list + " = t def_" + list + "(:,1) = " + atoms),
+                "STOP Bad def_" + list + " definition, stop!\n")
+          << atoms;
+    }
+  }
+}
+
+TEST(input_group, keys_fit_what_they_are_stored_in) {
+  input_keys keys;
+  for (const input_key& key : key_table()) {
+    EXPECT_EQ(find_key(key.name), &key) << "a name stands twice";
+    std::visit(
+        [&](auto place) {
+          auto& stored = keys.*place;
+          if constexpr (requires { stored.rows(); }) {
+            EXPECT_EQ(key.extent1, stored.rows()) << key.name;
+            EXPECT_EQ(key.extent2, stored.cols()) << key.name;
+          } else if constexpr (requires { stored.size(); }) {
+            EXPECT_EQ(key.extent1, stored.size()) << key.name;
+          }
+        },
+        key.place);
   }
 }
 

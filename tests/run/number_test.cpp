@@ -17,22 +17,12 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
 
-std::string fixed(double r, int w, int d) {
-  std::string field(static_cast<std::size_t>(w), ' ');
-  write_fixed(field.data(), r, w, d);
-  return field;
-}
-
-std::string exponent(double r, int w, int d, char letter = 'E') {
-  std::string field(static_cast<std::size_t>(w), ' ');
-  write_exponent(field.data(), r, w, d, letter);
-  return field;
-}
-
-std::string scientific(double r, int w, int d) {
-  std::string field(static_cast<std::size_t>(w), ' ');
-  write_scientific(field.data(), r, w, d);
-  return field;
+template <class... Letter>
+std::string field(void (*write)(char*, double, int, int, Letter...), double r, int w, int d,
+                  Letter... letter) {
+  std::string out(static_cast<std::size_t>(w), ' ');
+  write(out.data(), r, w, d, letter...);
+  return out;
 }
 
 std::string right(const std::string& shown, int w) {
@@ -86,22 +76,14 @@ std::string plain_exponent(double r, int w, int d) {
 double any_value(std::mt19937_64& random) {
   const auto below = [&](std::uint64_t n) { return static_cast<int>(random() % n); };
   const double sign = below(2) == 0 ? 1.0 : -1.0;
-  switch (below(6)) {
-    case 0: {
-      const double r = std::bit_cast<double>(random());
-      return std::isfinite(r) ? r : 0.0 * sign;
-    }
-    case 1:
-      return sign * below(4'000'000) / std::ldexp(1.0, below(14));  // ties
-    case 2:
-      return sign * std::nextafter(below(4000) / std::ldexp(1.0, below(8)), below(2) == 0 ? 0.0 : 1e9);
-    case 3:
-      return sign * std::pow(10.0, below(50) - 30) * (below(2) == 0 ? 1.0 : 1.0 - 1e-7);
-    case 4:
-      return sign * below(1'000'000) * std::pow(10.0, below(18) - 12);
-    default:
-      return sign * std::exp(-40.0 + 0.001 * below(80'000));
-  }
+  const double any = std::bit_cast<double>(random());
+  const double ties = below(4'000'000) / std::ldexp(1.0, below(14));
+  const double near_a_tie =
+      std::nextafter(below(4000) / std::ldexp(1.0, below(8)), below(2) == 0 ? 0.0 : 1e9);
+  const double near_a_power = std::pow(10.0, below(50) - 30) * (below(2) == 0 ? 1.0 : 1.0 - 1e-7);
+  const double decimal = below(1'000'000) * std::pow(10.0, below(18) - 12);
+  const double kinds[] = {std::isfinite(any) ? any : 0.0, ties, near_a_tie, near_a_power, decimal};
+  return sign * kinds[below(5)];
 }
 
 TEST(number, real_fields_are_those_of_the_plain_way_to_the_last_column) {
@@ -110,51 +92,24 @@ TEST(number, real_fields_are_those_of_the_plain_way_to_the_last_column) {
     const double r = any_value(random);
     const int d = 1 + static_cast<int>(random() % 12);
     const int w = d + static_cast<int>(random() % 12);
-    ASSERT_EQ(fixed(r, w, d), plain_fixed(r, w, d)) << printed("%.*a", 13, r) << ' ' << w << '.' << d;
-    ASSERT_EQ(scientific(r, w, d), plain_scientific(r, w, d))
-        << printed("%.*a", 13, r) << ' ' << w << '.' << d;
-    ASSERT_EQ(exponent(r, w, d), plain_exponent(r, w, d)) << printed("%.*a", 13, r) << ' ' << w << '.' << d;
-    ASSERT_EQ(scientific(r, 13, 6), plain_scientific(r, 13, 6)) << printed("%.*a", 13, r);
-    ASSERT_EQ(fixed(r, 9, 5), plain_fixed(r, 9, 5)) << printed("%.*a", 13, r);
+    ASSERT_EQ(field(write_fixed, r, w, d), plain_fixed(r, w, d)) << printed("%.*a", 13, r) << ' ' << w;
+    ASSERT_EQ(field(write_scientific, r, w, d), plain_scientific(r, w, d))
+        << printed("%.*a", 13, r) << ' ' << w;
+    ASSERT_EQ(field(write_exponent, r, w, d, 'E'), plain_exponent(r, w, d))
+        << printed("%.*a", 13, r) << ' ' << w;
   }
 }
 
-TEST(number, fields_at_the_edges) {
-  // Signs of zero, the zero before the point, ties, and what does not fit, as gfortran 12 shows them.
-  EXPECT_EQ(fixed(-0.001, 8, 2), "   -0.00");
-  EXPECT_EQ(fixed(-0.0, 5, 1), " -0.0");
-  EXPECT_EQ(fixed(0.5, 3, 2), ".50");
-  EXPECT_EQ(fixed(-0.5, 4, 2), "-.50");
-  EXPECT_EQ(fixed(-0.5, 3, 2), "***");
-  EXPECT_EQ(fixed(0.125, 5, 2), " 0.12");
-  EXPECT_EQ(fixed(2.5, 3, 0), " 2.");
-  EXPECT_EQ(fixed(0.3, 1, 0), "*");
-  EXPECT_EQ(fixed(99999.995, 8, 2), "99999.99");
-  EXPECT_EQ(fixed(123456.78, 8, 2), "********");
-  EXPECT_EQ(fixed(1e300, 8, 2), "********");
-  EXPECT_EQ(exponent(99.99999999, 14, 7), " 0.1000000E+03");
-  EXPECT_EQ(exponent(-1.5, 15, 8, 'D'), "-0.15000000D+01");
-  EXPECT_EQ(exponent(-1.5, 14, 8, 'D'), "-.15000000D+01");
-  EXPECT_EQ(exponent(0.0, 14, 7), " 0.0000000E+00");
-  EXPECT_EQ(exponent(9.99e99, 9, 3), "0.999+100");
-  EXPECT_EQ(scientific(1e-300, 13, 6), " 1.000000-300");
-  EXPECT_EQ(scientific(9.9999996, 13, 6), " 1.000000E+01");
-  EXPECT_EQ(scientific(-0.0, 13, 6), "-0.000000E+00");
-  EXPECT_EQ(scientific(-1.0, 12, 6), "************");
-
-  EXPECT_EQ(fixed(not_a_number, 8, 2), "     NaN");
-  EXPECT_EQ(fixed(not_a_number, 2, 1), "**");
-  EXPECT_EQ(scientific(infinity, 13, 6), "     Infinity");
-  EXPECT_EQ(fixed(infinity, 7, 2), "    Inf");
-  EXPECT_EQ(exponent(-infinity, 14, 7), "     -Infinity");
-  EXPECT_EQ(fixed(-infinity, 8, 2), "    -Inf");
-  EXPECT_EQ(fixed(-infinity, 3, 1), "***");
-
-  std::string field(4, ' ');
-  write_integer(field.data(), -123, 4);
-  EXPECT_EQ(field, "-123");
-  write_integer(field.data(), 12345, 4);
-  EXPECT_EQ(field, "****");
+// What the plain way does not show: the forms of gfortran 12.
+TEST(number, fields_without_a_digit_that_fits_and_of_no_number) {
+  EXPECT_EQ(field(write_fixed, 2.5, 3, 0), " 2.");
+  EXPECT_EQ(field(write_fixed, 0.3, 1, 0), "*");
+  EXPECT_EQ(field(write_exponent, -1.5, 15, 8, 'D'), "-0.15000000D+01");
+  EXPECT_EQ(field(write_exponent, 9.99e99, 9, 3, 'E'), "0.999+100");
+  EXPECT_EQ(field(write_fixed, not_a_number, 8, 2), "     NaN");
+  EXPECT_EQ(field(write_fixed, not_a_number, 2, 1), "**");
+  EXPECT_EQ(field(write_scientific, infinity, 13, 6), "     Infinity");
+  EXPECT_EQ(field(write_fixed, -infinity, 8, 2), "    -Inf");
 }
 
 TEST(number, every_double_reads_as_the_nearest_one) {
@@ -165,59 +120,32 @@ TEST(number, every_double_reads_as_the_nearest_one) {
     const double expected = std::strtod(shown.c_str(), nullptr);
     if (i % 2 == 0) std::replace(shown.begin(), shown.end(), 'e', 'D');
     double read = 0.0;
-    if (std::isinf(expected)) {
-      EXPECT_FALSE(to_real(shown, read)) << shown;
-    } else {
-      ASSERT_TRUE(to_real(shown, read)) << shown;
+    ASSERT_EQ(to_real(shown, read), std::isfinite(expected)) << shown;
+    if (std::isfinite(expected)) {
       ASSERT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(expected)) << shown;
     }
   }
 }
 
-TEST(number, forms_of_a_real) {
-  const struct {
-    const char* text;
-    double value;
-  } good[] = {
-      {"+.25", 0.25},
-      {"5.", 5.0},
-      {"-7", -7.0},
-      {"1.5D-02", 0.015},
-      {"1.5d3", 1.5e3},
-      {"1.5-3", 1.5e-3},
-      {"1+5", 1e5},
-      {"0.0E+99999", 0.0},
-      {"1e-400", 0.0},
-      {"0.1d-99999999999", 0.0},
-      {"00000000000000000000000012.5", 12.5},
-  };
-  for (const auto& form : good) {
+TEST(number, forms_of_a_real_and_of_an_integer) {
+  const std::pair<std::string, double> good[] = {
+      {"+.25", 0.25},    {"5.", 5.0},         {"-7", -7.0},    {"1.5D-02", 0.015},
+      {"1.5-3", 1.5e-3}, {"0.0E+99999", 0.0}, {"1e-400", 0.0}, {"0." + std::string(100'000, '3'), 1.0 / 3.0}};
+  for (const auto& [form, expected] : good) {
     double r = -77.0;
-    EXPECT_TRUE(to_real(form.text, r)) << form.text;
-    EXPECT_EQ(r, form.value) << form.text;
+    EXPECT_TRUE(to_real(form, r)) << form;
+    EXPECT_EQ(r, expected) << form;
   }
-  for (const char* form : {"", " ", ".", "-", "+-2", "--1", "1e", "1d+", "e5", "1.2.3", "1 ", "0x1p3", "nan",
-                           "inf", "1e400", "1.d99999999999", "12a", "1,5"}) {
+  for (const char* form : {"", ".", "-", "+-2", "1e", "1d+", "e5", "1.2.3", "1 ", "0x1p3", "nan", "inf",
+                           "1e400", "1.d99999999999", "12a", "1,5"}) {
     double r = -77.0;
     EXPECT_FALSE(to_real(form, r)) << form;
     EXPECT_EQ(r, -77.0) << form;
   }
-  // More digits than any buffer.
-  double r = 0.0;
-  EXPECT_TRUE(to_real("0." + std::string(100'000, '3'), r));
-  EXPECT_EQ(r, 1.0 / 3.0);
-  EXPECT_TRUE(to_real(std::string(100'000, '0') + "1D0", r));
-  EXPECT_EQ(r, 1.0);
-}
-
-TEST(number, an_integer_outside_32_bits_is_none) {
   int i = 0;
-  EXPECT_TRUE(to_integer("+2147483647", i));
-  EXPECT_EQ(i, 2147483647);
   EXPECT_TRUE(to_integer("-2147483648", i));
   EXPECT_EQ(i, std::numeric_limits<int>::min());
-  for (const char* form :
-       {"2147483648", "-2147483649", "99999999999999999999999", "", "-", "1.0", "1e2", "0x5", " 1"}) {
+  for (const char* form : {"2147483648", "99999999999999999999999", "", "-", "1.0", "1e2", " 1"}) {
     EXPECT_FALSE(to_integer(form, i)) << form;
   }
 }
