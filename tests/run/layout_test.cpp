@@ -148,11 +148,11 @@ TEST(layout, every_layout_in_use_parses_to_its_columns) {
 TEST(layout, values_stand_in_their_columns_and_a_line_ends_at_the_first_item_without_one) {
   const struct {
     const char* notation;
-    std::initializer_list<value> values;
+    std::vector<value> values;
     const char* line;
   } cases[] = {
       {"(2i6,f13.6)", {3, 4, 0.5}, "     3     4     0.500000\n"},
-      {"(a5,a3,a,a2)", {"C1", text<4>("H"), text<4>("He"), "abc"}, "   C1H  He  ab\n"},
+      {"(a5,a3,a,a2)", {"C1", "H   ", "He  ", "abc"}, "   C1H  He  ab\n"},
       {"(i4,i0,x,i0)", {12345, -2147483647 - 1, 0}, "****-2147483648 0\n"},
       {"(i4, a8, 2x, f9.3, 2x 3f9.3)",
        {1, "C", 12.0, 0.1, -0.2},
