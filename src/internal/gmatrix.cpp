@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "frame/eigen.hpp"  // for diag_symm, sort_vec_large
-#include "run/matmul.hpp"   // for matmul
+#include "run/matmul.hpp"   // for matmul, transposed
 #include "run/stop.hpp"     // for stop, fail, warn
 
 namespace vbn {
@@ -28,13 +28,6 @@ const layout remedy_line(R"((2x, "Try to set set_cart = t"))");
 const layout stop_line(R"(("Stop!"))");
 const layout overlap_title(R"(("Check on Eigenvals of non-red overlap matrix:"))");
 const layout overlap_rows("(10f12.8)");
-
-array2<double> transposed(const array2<double>& a) {
-  array2<double> t(a.cols(), a.rows());
-  for (int j = 1; j <= a.cols(); ++j)
-    for (int i = 1; i <= a.rows(); ++i) t(j, i) = a(i, j);
-  return t;
-}
 
 // a := the lower triangle of a on both sides of the diagonal.
 void mirror(array2<double>& a) {

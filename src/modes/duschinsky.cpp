@@ -6,7 +6,7 @@
 
 #include "modes/ordering.hpp"  // for vbn_ord
 #include "run/constants.hpp"   // for bohr_to_ang
-#include "run/matmul.hpp"      // for matmul
+#include "run/matmul.hpp"      // for matmul, transposed
 #include "run/stop.hpp"        // for stop, warn
 #include "run/text.hpp"        // for layout, tell
 
@@ -22,13 +22,6 @@ void zero_point_lengths(states& state) {
   for (double& length : state.zptlen) length = length_of_rest;
   for (int i = first_vibration; i <= state.n3; ++i)
     state.zptlen(i) = bohr_to_ang * std::sqrt(1.0 / state.freq(i));
-}
-
-array2<double> transposed(const array2<double>& a) {
-  array2<double> t(a.cols(), a.rows());
-  for (int j = 1; j <= a.cols(); ++j)
-    for (int i = 1; i <= a.rows(); ++i) t(j, i) = a(i, j);
-  return t;
 }
 
 // d := cm^T dq.

@@ -43,17 +43,8 @@ void chemshell_nat(input_file& file, array1<int>& nat) {
 
 void chemshell_mass(input_file& file, array1<double>& mass) {
   std::string_view line;
-  if (search_word(file, 11, 24, "atomic weights", line)) {
-    if (!search_word_first_number(file, line)) {
-      fail_missing(file, "the masses", "rows behind \"atomic weights\"");
-    }
-    file.back_line();
-    return mass_rows(file, 3, mass);
-  }
-  file.rewind();
-  array1<int> nat(mass.size());
-  isotope_table_nat(file, nat);
-  element_masses(nat, mass);
+  const bool listed = search_word(file, 11, 24, "atomic weights", line);
+  weights_or_isotope_table_mass(file, listed, "atomic weights", mass);
 }
 
 void chemshell_coord(input_file& file, array2<double>& x) {

@@ -1,6 +1,8 @@
 // The readers of each program's files, as `qm_file.cpp` lists them by kind.
 #pragma once
 
+#include <string_view>
+
 #include "run/array.hpp"       // for array1, array2
 #include "run/input_file.hpp"  // for input_file
 
@@ -63,6 +65,11 @@ void turbomole_fc(input_file& file, int natom, array2<double>& fc);
 // The atomic numbers of the box "Atomic coordinate, charge and isotop information", which ChemShell prints
 // too.
 void isotope_table_nat(input_file& file, array1<int>& nat);
+
+// Masses in the third word of the rows behind the heading `heading`, where it was found (`listed`); otherwise
+// those of the elements of the table of isotopes.
+void weights_or_isotope_table_mass(input_file& file, bool listed, std::string_view heading,
+                                   array1<double>& mass);
 
 // Programs for crystals, which give no force constants (crystals.cpp)
 bool cif_natom(input_file& file, int& natom);

@@ -55,13 +55,12 @@ void isotope_table_nat(input_file& file, array1<int>& nat) {
   symbol_rows(file, 4, nat);
 }
 
-void turbomole_nat(input_file& file, array1<int>& nat) { isotope_table_nat(file, nat); }
-
-void turbomole_mass(input_file& file, array1<double>& mass) {
-  std::string_view line;
-  if (search_word_free(file, "ATOMIC WEIGHTS", line)) {
+void weights_or_isotope_table_mass(input_file& file, bool listed, std::string_view heading,
+                                   array1<double>& mass) {
+  if (listed) {
+    std::string_view line;
     if (!search_word_first_number(file, line)) {
-      fail_missing(file, "the masses", "rows behind \"ATOMIC WEIGHTS\"");
+      fail_missing(file, "the masses", "rows behind \"" + std::string(heading) + "\"");
     }
     file.back_line();
     return mass_rows(file, 3, mass);
@@ -70,6 +69,14 @@ void turbomole_mass(input_file& file, array1<double>& mass) {
   array1<int> nat(mass.size());
   isotope_table_nat(file, nat);
   element_masses(nat, mass);
+}
+
+void turbomole_nat(input_file& file, array1<int>& nat) { isotope_table_nat(file, nat); }
+
+void turbomole_mass(input_file& file, array1<double>& mass) {
+  std::string_view line;
+  const bool listed = search_word_free(file, "ATOMIC WEIGHTS", line);
+  weights_or_isotope_table_mass(file, listed, "ATOMIC WEIGHTS", mass);
 }
 
 void turbomole_coord(input_file& file, array2<double>& x) {

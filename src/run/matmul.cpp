@@ -29,4 +29,11 @@ array2<double> matmul(const array2<double>& a, const array2<double>& b, op op_a,
   return c;
 }
 
+array2<double> transposed(const array2<double>& a) {
+  array2<double> t(a.cols(), a.rows());
+  for (int j = 1; j <= a.cols(); ++j)
+    for (int i = 1; i <= a.rows(); ++i) t(j, i) = a(i, j);
+  return t;
+}
+
 }  // namespace vbn

@@ -16,4 +16,7 @@ array2<double> matmul(const array2<double>& a, const array2<double>& b, op op_a 
 void matmul_add(double alpha, const array2<double>& a, op op_a, const array2<double>& b, op op_b, double beta,
                 array2<double>& c);
 
+// The transpose of a.
+array2<double> transposed(const array2<double>& a);
+
 }  // namespace vbn

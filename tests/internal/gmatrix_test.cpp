@@ -37,13 +37,6 @@ array2<double> plain_product(const array2<double>& a, const array2<double>& b) {
   return c;
 }
 
-array2<double> transposed(const array2<double>& a) {
-  array2<double> t(a.cols(), a.rows());
-  for (int i = 1; i <= a.rows(); ++i)
-    for (int j = 1; j <= a.cols(); ++j) t(j, i) = a(i, j);
-  return t;
-}
-
 bool same_bits(const array2<double>& a, const array2<double>& b) {
   return a.rows() == b.rows() && a.cols() == b.cols() &&
          std::memcmp(a.data(), b.data(), a.span().size_bytes()) == 0;
