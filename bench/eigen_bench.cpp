@@ -1,13 +1,12 @@
-// Times the eigensolver beside the plain loops that it is held to and beside LAPACK's dsyev (QL too) and
-// dsyevd (divide and conquer), one thread each.
+// Times the eigensolver beside the plain loops and LAPACK (dsyev, dsyevd), one thread each.
 #include <benchmark/benchmark.h>
 
 #include <vector>
 
-#include "bench/molecule.hpp"           // for chain, mass_weighted
-#include "frame/eigen.hpp"              // for diag_symm
-#include "frame/lane_kernels.hpp"       // for available_kernels
-#include "tests/frame/plain_eigen.hpp"  // for plain::tred2e, plain::tql2e
+#include "bench/molecule.hpp"            // for chain, mass_weighted
+#include "linalg/eigen.hpp"              // for diag_symm
+#include "linalg/lane_kernels.hpp"       // for available_kernels
+#include "tests/linalg/plain_eigen.hpp"  // for plain::tred2e, plain::tql2e
 
 extern "C" {
 void dsyev_(const char* jobz, const char* uplo, const int* n, double* a, const int* lda, double* w,

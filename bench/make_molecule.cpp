@@ -1,13 +1,12 @@
-// Writes a molecule of the size given in two states, ready to run: state1.dat, state2.dat and vbn.inp in the
-// current folder.
+// Writes state1.dat, state2.dat and vbn.inp of a molecule of the given size into the current folder.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
-#include "bench/molecule.hpp"  // for chain
-#include "run/constants.hpp"   // for max_list
-#include "run/stop.hpp"        // for run_end
-#include "run/text.hpp"        // for layout, output_file
+#include "bench/molecule.hpp"    // for chain
+#include "text/layout.hpp"       // for layout
+#include "text/output_file.hpp"  // for output_file
+#include "text/stop.hpp"         // for run_end
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "run/constants.hpp"  // for bohr_to_ang, amu_to_au
+#include "molecule/constants.hpp"  // for bohr_to_ang, amu_to_au
 
 namespace vbn::bench {
 namespace {

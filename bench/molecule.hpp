@@ -1,7 +1,7 @@
 // Force-field-like molecules of any size, for timing: chains of carbon and hydrogen in a network of springs.
 #pragma once
 
-#include "run/array.hpp"  // for array1, array2
+#include "linalg/array.hpp"  // for array1, array2
 
 namespace vbn::bench {
 

@@ -12,9 +12,10 @@
 
 #include "bench/molecule.hpp"        // for chain
 #include "modes/ordering.hpp"        // for large_elements
+#include "molecule/storage.hpp"      // for vbn_allocate
 #include "readers/qm_file.hpp"       // for qm_file_fc
-#include "run/storage.hpp"           // for vbn_allocate
 #include "symmetry/point_group.hpp"  // for point_group1, id9
+#include "text/layout.hpp"           // for layout
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "run/input_file.hpp"  // for input_file
-#include "run/text.hpp"        // for layout
+#include "text/input_file.hpp"  // for input_file
+#include "text/layout.hpp"      // for layout
 
 namespace {
 

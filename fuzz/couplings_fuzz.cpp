@@ -6,7 +6,7 @@
 #include "couplings/dipole.hpp"         // for qm_file_tdipd
 #include "couplings/nacme_readers.hpp"  // for qm_file_nacme
 #include "readers/qm_file.hpp"          // for qm_file_natom
-#include "run/stop.hpp"                 // for run_end
+#include "text/stop.hpp"                // for run_end
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace vbn;

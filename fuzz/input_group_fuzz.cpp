@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "fuzz/scratch_file.hpp"  // for write_scratch
-#include "run/input_group.hpp"    // for init, read_input, check
-#include "run/stop.hpp"           // for run_end
+#include "input/input_group.hpp"  // for init, read_input, check
+#include "text/stop.hpp"          // for run_end
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   vbn::fuzzing::enter_scratch_folder();

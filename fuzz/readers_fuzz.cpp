@@ -5,7 +5,7 @@
 
 #include "readers/atom_count.hpp"  // for qm_file_natom_oniom_qm, qm_file_oniom_index
 #include "readers/qm_file.hpp"     // for qm_file_natom and its like
-#include "run/stop.hpp"            // for run_end
+#include "text/stop.hpp"           // for run_end
 
 namespace {
 

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "run/input_file.hpp"  // for input_file, read_free, read_fixed
+#include "text/free_form.hpp"   // for read_free, read_free_after
+#include "text/input_file.hpp"  // for input_file, read_free, read_fixed
+#include "text/layout.hpp"      // for layout
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "fuzz/scratch_file.hpp"  // for write_scratch
-#include "run/driver.hpp"         // for run_stages
-#include "run/stop.hpp"           // for run_end
+#include "app/driver.hpp"         // for run_stages
+#include "text/stop.hpp"          // for run_end
 
 // The input holds up to three parts between lines "==": the file of state 1, that of state 2 (the same when
 // missing), and what stands in the group besides the file names.

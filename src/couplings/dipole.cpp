@@ -8,11 +8,13 @@
 #include "couplings/same_molecule.hpp"  // for same_count, same_masses and distance
 #include "frame/inertial.hpp"           // for inertm, inertmv2_ref and warn_of_dipole_turn
 #include "readers/file_type.hpp"        // for open_qm_file
-#include "readers/qm_file.hpp"          // for natom, masses and coordinates of the file
+#include "readers/qm_file.hpp"          // for qm_file_mass, qm_file_coord
 #include "readers/rows.hpp"             // for the rows of the tables
 #include "readers/scan.hpp"             // for search_word_free
-#include "run/stop.hpp"                 // for fail and stop
-#include "run/text.hpp"                 // for layout and output_file
+#include "text/layout.hpp"              // for layout
+#include "text/output_file.hpp"         // for output_file
+#include "text/stop.hpp"                // for fail and stop
+#include "text/words.hpp"               // for trim
 
 namespace vbn {
 

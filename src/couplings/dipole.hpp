@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "run/array.hpp"   // for array1, array3
-#include "run/record.hpp"  // for states
+#include "linalg/array.hpp"     // for array1, array3
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

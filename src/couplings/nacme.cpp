@@ -8,9 +8,9 @@
 #include "frame/inertial.hpp"           // for inertm and inertmv_ref
 #include "readers/atom_count.hpp"       // for the atoms of an ONIOM layer
 #include "readers/file_type.hpp"        // for open_qm_file
-#include "readers/qm_file.hpp"          // for natom, masses and coordinates of the file
+#include "readers/qm_file.hpp"          // for qm_file_mass, qm_file_coord
 #include "readers/scan.hpp"             // for search_word_free
-#include "run/stop.hpp"                 // for exit_run
+#include "text/stop.hpp"                // for exit_run
 
 namespace vbn {
 

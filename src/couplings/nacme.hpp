@@ -1,7 +1,7 @@
 // Takes the couplings of a state from the coupling file.
 #pragma once
 
-#include "run/record.hpp"  // for states
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

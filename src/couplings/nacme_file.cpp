@@ -4,8 +4,11 @@
 #include <cmath>
 #include <string>
 
-#include "run/constants.hpp"  // for au_to_cm and au_to_ev
-#include "run/stop.hpp"       // for stop
+#include "molecule/constants.hpp"  // for au_to_cm and au_to_ev
+#include "text/layout.hpp"         // for layout
+#include "text/output_file.hpp"    // for output_file, tell_free
+#include "text/stop.hpp"           // for stop
+#include "text/words.hpp"          // for trim
 
 namespace vbn {
 

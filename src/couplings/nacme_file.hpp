@@ -3,9 +3,9 @@
 
 #include <string_view>
 
-#include "run/array.hpp"   // for array1
-#include "run/record.hpp"  // for states
-#include "run/text.hpp"    // for text
+#include "linalg/array.hpp"     // for array1
+#include "molecule/record.hpp"  // for states
+#include "text/fixed_text.hpp"  // for text
 
 namespace vbn {
 

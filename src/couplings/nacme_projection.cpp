@@ -4,7 +4,8 @@
 #include <cmath>
 #include <string>
 
-#include "run/constants.hpp"  // for au_to_cm and au_to_ev
+#include "molecule/constants.hpp"  // for au_to_cm and au_to_ev
+#include "text/layout.hpp"         // for layout
 
 namespace vbn {
 

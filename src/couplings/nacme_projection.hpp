@@ -3,9 +3,9 @@
 
 #include <span>
 
-#include "run/array.hpp"   // for array2
-#include "run/record.hpp"  // for states
-#include "run/text.hpp"    // for output_file
+#include "linalg/array.hpp"      // for array2
+#include "molecule/record.hpp"   // for states
+#include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 

@@ -7,14 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "readers/elements.hpp"   // for element_symbol
-#include "readers/file_type.hpp"  // for qm_file
-#include "readers/rows.hpp"       // for the rows of the tables
-#include "readers/scan.hpp"       // for the searches
-#include "run/constants.hpp"      // for au_to_ev
-#include "run/number.hpp"         // for to_real
-#include "run/stop.hpp"           // for fail and stop
-#include "run/text.hpp"           // for layout and tell_free
+#include "molecule/constants.hpp"  // for au_to_ev
+#include "readers/file_type.hpp"   // for qm_file
+#include "readers/rows.hpp"        // for the rows of the tables
+#include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number, search_word_first_letter
+#include "text/layout.hpp"   // for layout
+#include "text/number.hpp"   // for to_real
+#include "text/output_file.hpp"  // for tell_free
+#include "text/stop.hpp"         // for fail and stop
+#include "text/words.hpp"        // for trim, number_of_words, word_of
 
 namespace vbn {
 

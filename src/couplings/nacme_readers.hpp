@@ -1,7 +1,7 @@
 // Readers of non-adiabatic couplings: one for each program whose coupling files can be read.
 #pragma once
 
-#include "run/array.hpp"  // for array2
+#include "linalg/array.hpp"  // for array2
 
 namespace vbn {
 

@@ -3,8 +3,9 @@
 
 #include <cmath>
 
-#include "run/stop.hpp"  // for warn
-#include "run/text.hpp"  // for layout and tell
+#include "text/layout.hpp"       // for layout
+#include "text/output_file.hpp"  // for tell
+#include "text/stop.hpp"         // for warn
 
 namespace vbn {
 

@@ -1,9 +1,9 @@
 // Whether a file of couplings or dipole derivatives belongs to a state: atoms, masses and geometry.
 #pragma once
 
+#include "linalg/array.hpp"       // for array1, array2
+#include "molecule/record.hpp"    // for states
 #include "readers/file_type.hpp"  // for qm_file
-#include "run/array.hpp"          // for array1, array2
-#include "run/record.hpp"         // for states
 
 namespace vbn {
 

@@ -4,12 +4,15 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/eigen.hpp"     // for tred2e, tql2e
-#include "frame/hessian.hpp"   // for fc_to_fcm
-#include "frame/inertial.hpp"  // for add_dipole_turn
-#include "frame/rotation.hpp"  // for rotn, rot_fc
-#include "run/constants.hpp"   // for bohr_to_ang
-#include "run/text.hpp"        // for layout
+#include "frame/hessian.hpp"       // for fc_to_fcm
+#include "frame/inertial.hpp"      // for add_dipole_turn
+#include "frame/rotation.hpp"      // for rotn, rot_fc
+#include "input/keys.hpp"          // for input_data
+#include "linalg/eigen.hpp"        // for tred2e, tql2e
+#include "molecule/constants.hpp"  // for bohr_to_ang
+#include "molecule/record.hpp"     // for states
+#include "text/layout.hpp"         // for layout
+#include "text/output_file.hpp"    // for output_file
 
 namespace vbn {
 
@@ -159,28 +162,26 @@ void c_to_cm(int n3, const array1<double>& sqtmass, array2<double>& c, array2<do
   }
 }
 
-void do_eckart(run_data& run) {
+void do_eckart(states& g, const states& e, const input_data& input, output_file& fout) {
   static const layout rule("(80(1h_))");
   static const layout title(R"(("Do Eckart rotation",/))");
   static const layout manual(R"(("Set Eckart rotation matrix manually"))");
   static const layout automatic(R"(("Set Eckart rotation matrix automatically"))");
   static const layout index(R"(("The index of Eckart matrix order = ", i0))");
-  states& g = run.state(1);
-  const states& e = run.state(2);
 
   const array3<double> eckart_rot_matrix = get_eckart_rot(g.x, e.x, g.mass);
-  run.fout.write(rule);
-  run.fout.write(title);
+  fout.write(rule);
+  fout.write(title);
 
   array1<double> dis(ncandidate);
   for (int j = 1; j <= ncandidate; ++j) dis(j) = distance(g.x, e.x, candidate(eckart_rot_matrix, j));
 
   int minj = 1;
-  const int set_eckart_order = run.input.set_eckart_order;
+  const int set_eckart_order = input.set_eckart_order;
   if (set_eckart_order >= 1 && set_eckart_order <= ncandidate) {
     minj = set_eckart_order;
-    run.fout.write(manual);
-    run.fout.write(index, {set_eckart_order});
+    fout.write(manual);
+    fout.write(index, {set_eckart_order});
   } else {
     double mindis = 1.0e99;
     for (int j = 1; j <= ncandidate; ++j) {
@@ -189,12 +190,12 @@ void do_eckart(run_data& run) {
         minj = j;
       }
     }
-    run.fout.write(automatic);
-    run.fout.write(index, {minj});
+    fout.write(automatic);
+    fout.write(index, {minj});
   }
-  report_candidates(run.fout, eckart_rot_matrix, dis, minj);
-  turn_state(g, candidate(eckart_rot_matrix, minj), run.input.do_nacme && run.input.proj_nacme == 1,
-             run.input.do_tdipd && run.input.proj_tdipd == 1);
+  report_candidates(fout, eckart_rot_matrix, dis, minj);
+  turn_state(g, candidate(eckart_rot_matrix, minj), input.do_nacme && input.proj_nacme == 1,
+             input.do_tdipd && input.proj_tdipd == 1);
 }
 
 }  // namespace vbn

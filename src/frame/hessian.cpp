@@ -5,12 +5,12 @@
 #include <string>
 #include <utility>
 
-#include "frame/eigen.hpp"                // for diag_symm
-#include "readers/elements.hpp"           // for nat_to_symbol, get_sym_num
+#include "linalg/eigen.hpp"               // for diag_symm
+#include "molecule/elements.hpp"          // for nat_to_symbol, get_sym_num
 #include "readers/gaussian_geometry.hpp"  // for fit_gaussian_coord
 #include "readers/qm_file.hpp"            // for the readers
-#include "run/constants.hpp"              // for amu_to_au
-#include "run/stop.hpp"                   // for fail
+#include "molecule/constants.hpp"         // for amu_to_au
+#include "text/stop.hpp"                  // for fail
 
 namespace vbn {
 

@@ -1,8 +1,8 @@
 // The Hessian of a state: from the frequency file to the record, mass-weighting, isotopes and frequencies.
 #pragma once
 
-#include "run/array.hpp"   // for array1, array2
-#include "run/record.hpp"  // for states
+#include "linalg/array.hpp"     // for array1, array2
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

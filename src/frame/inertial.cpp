@@ -6,13 +6,15 @@
 #include <cmath>
 #include <string>
 
-#include "frame/eigen.hpp"     // for diag_symm, tred2e, tql2e
-#include "frame/hessian.hpp"   // for fc_to_fcm
-#include "frame/rotation.hpp"  // for rotn, rot_fc
-#include "run/constants.hpp"   // for bohr_to_ang
-#include "run/matmul.hpp"      // for matmul
-#include "run/stop.hpp"        // for warn
-#include "run/text.hpp"        // for layout, tell
+#include "frame/hessian.hpp"       // for fc_to_fcm
+#include "frame/rotation.hpp"      // for rotn, rot_fc
+#include "linalg/eigen.hpp"        // for diag_symm, tred2e, tql2e
+#include "linalg/matmul.hpp"       // for matmul
+#include "molecule/constants.hpp"  // for bohr_to_ang
+#include "text/fixed_text.hpp"     // for text
+#include "text/layout.hpp"         // for layout
+#include "text/output_file.hpp"    // for tell_free, tell
+#include "text/stop.hpp"           // for warn
 
 namespace vbn {
 

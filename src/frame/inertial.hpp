@@ -3,8 +3,8 @@
 
 #include <span>
 
-#include "run/array.hpp"   // for array1, array2
-#include "run/record.hpp"  // for states
+#include "linalg/array.hpp"     // for array1, array2
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

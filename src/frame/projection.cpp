@@ -4,11 +4,11 @@
 #include <cmath>
 #include <span>
 
-#include "frame/eigen.hpp"    // for diag_symm
-#include "frame/hessian.hpp"  // for fc_to_fcm, eigenvalues_to_frequencies
-#include "run/blas.hpp"       // for ddot_, dscal_, dcopy_
-#include "run/matmul.hpp"     // for matmul, matmul_add
-#include "run/text.hpp"       // for tell_free
+#include "frame/hessian.hpp"     // for fc_to_fcm, eigenvalues_to_frequencies
+#include "linalg/blas.hpp"       // for ddot_, dscal_, dcopy_
+#include "linalg/eigen.hpp"      // for diag_symm
+#include "linalg/matmul.hpp"     // for matmul, matmul_add
+#include "text/output_file.hpp"  // for tell_free
 
 namespace vbn {
 

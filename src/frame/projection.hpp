@@ -1,8 +1,8 @@
 // Removal of translations and rotations from the Hessian of a state.
 #pragma once
 
-#include "run/array.hpp"   // for array1, array2
-#include "run/record.hpp"  // for states
+#include "linalg/array.hpp"     // for array1, array2
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

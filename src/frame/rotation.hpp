@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "run/array.hpp"  // for array2
+#include "linalg/array.hpp"  // for array2
 
 namespace vbn {
 

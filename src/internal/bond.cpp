@@ -5,8 +5,8 @@
 #include <limits>
 #include <string>
 
-#include "readers/elements.hpp"  // for nat_to_radius
-#include "run/stop.hpp"          // for warn
+#include "molecule/elements.hpp"  // for nat_to_radius
+#include "text/stop.hpp"          // for warn
 
 namespace vbn {
 

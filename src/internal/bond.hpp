@@ -1,8 +1,8 @@
 // The bond graph of a state: distance rules, the bonds that the input adds and deletes, and neighbours.
 #pragma once
 
-#include "run/array.hpp"   // for array1, array2
-#include "run/record.hpp"  // for input_data
+#include "input/keys.hpp"    // for input_data
+#include "linalg/array.hpp"  // for array1, array2
 
 namespace vbn {
 

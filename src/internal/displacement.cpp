@@ -8,8 +8,10 @@
 #include "internal/gmatrix.hpp"         // for times_sparse
 #include "internal/int_coord.hpp"       // for kind_stretch
 #include "internal/reorganisation.hpp"  // for proj_reorg_ene, mode_length
-#include "run/matmul.hpp"               // for matmul
-#include "run/stop.hpp"                 // for stop, fail
+#include "linalg/matmul.hpp"            // for matmul
+#include "text/fixed_text.hpp"          // for text
+#include "text/layout.hpp"              // for layout
+#include "text/stop.hpp"                // for stop, fail
 
 namespace vbn {
 

@@ -1,9 +1,10 @@
 // The displacement of the two states in internal coordinates, and its projection on their modes.
 #pragma once
 
-#include "run/array.hpp"   // for array1
-#include "run/record.hpp"  // for states, input_data
-#include "run/text.hpp"    // for output_file
+#include "input/keys.hpp"        // for input_data
+#include "linalg/array.hpp"      // for array1
+#include "molecule/record.hpp"   // for states
+#include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 

@@ -6,9 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "frame/eigen.hpp"  // for diag_symm, sort_vec_large
-#include "run/matmul.hpp"   // for matmul, transposed
-#include "run/stop.hpp"     // for stop, fail, warn
+#include "linalg/eigen.hpp"   // for diag_symm, sort_vec_large
+#include "linalg/matmul.hpp"  // for matmul, transposed
+#include "text/layout.hpp"    // for layout
+#include "text/stop.hpp"      // for stop, fail, warn
 
 namespace vbn {
 

@@ -1,9 +1,9 @@
 // The non-redundant basis of a state's internal coordinates by way of the Wilson G matrix.
 #pragma once
 
-#include "run/array.hpp"   // for array1, array2
-#include "run/record.hpp"  // for states
-#include "run/text.hpp"    // for output_file
+#include "linalg/array.hpp"      // for array1, array2
+#include "molecule/record.hpp"   // for states
+#include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 

@@ -7,7 +7,10 @@
 
 #include "internal/bond.hpp"         // for get_bond, def_bond, get_bond_num
 #include "internal/wilson_rows.hpp"  // for the values and B rows
-#include "run/stop.hpp"              // for stop, fail, warn
+#include "linalg/vector3.hpp"        // for vector3
+#include "text/layout.hpp"           // for layout
+#include "text/output_file.hpp"      // for tell_free, tell
+#include "text/stop.hpp"             // for stop, fail, warn
 
 namespace vbn {
 

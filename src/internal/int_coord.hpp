@@ -1,7 +1,8 @@
 // The redundant internal coordinates of a state on its bond graph.
 #pragma once
 
-#include "run/record.hpp"  // for states, input_data
+#include "input/keys.hpp"       // for input_data
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

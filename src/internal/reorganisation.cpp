@@ -5,9 +5,10 @@
 #include <cmath>
 #include <utility>
 
-#include "frame/sorting.hpp"  // for indexx
-#include "run/matmul.hpp"     // for matmul
-#include "run/text.hpp"       // for output_file
+#include "linalg/matmul.hpp"     // for matmul
+#include "linalg/sorting.hpp"    // for indexx
+#include "text/layout.hpp"       // for layout
+#include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 

@@ -1,8 +1,8 @@
 // The reorganisation energy of each state, split over the redundant internal coordinates.
 #pragma once
 
-#include "run/array.hpp"   // for array1
-#include "run/record.hpp"  // for states
+#include "linalg/array.hpp"     // for array1
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "internal/int_coord.hpp"  // for the kinds
+#include "text/layout.hpp"         // for layout, value
 
 namespace vbn {
 

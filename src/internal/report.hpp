@@ -1,8 +1,8 @@
 // The section of the log that lists the redundant internal coordinates of a state.
 #pragma once
 
-#include "run/record.hpp"  // for states
-#include "run/text.hpp"    // for output_file
+#include "molecule/record.hpp"   // for states
+#include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 

@@ -29,12 +29,6 @@ vector3 balance(const vector3& a, const vector3& b, const vector3& c = {}) {
 
 }  // namespace
 
-double dot(const vector3& a, const vector3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-
-vector3 v3_cross(const vector3& v1, const vector3& v2) {
-  return {v1[1] * v2[2] - v1[2] * v2[1], v1[2] * v2[0] - v1[0] * v2[2], v1[0] * v2[1] - v1[1] * v2[0]};
-}
-
 direction get_r_d(const vector3& x1, const vector3& x2) {
   const vector3 difference{x1[0] - x2[0], x1[1] - x2[1], x1[2] - x2[2]};
   const double d = std::sqrt(dot(difference, difference));

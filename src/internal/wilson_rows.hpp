@@ -3,9 +3,9 @@
 
 #include <array>
 
-namespace vbn {
+#include "linalg/vector3.hpp"  // for vector3
 
-using vector3 = std::array<double, 3>;
+namespace vbn {
 
 // An internal coordinate of given atoms: its value (angstrom for a stretch, radians for an angle) and its
 // derivatives by the atoms' coordinates in angstrom, b[0] those of the first atom of its definition. Formulas
@@ -20,11 +20,6 @@ struct direction {
   vector3 r{};
   double d = 0.0;
 };
-
-double dot(const vector3& a, const vector3& b);
-
-// v1 x v2.
-vector3 v3_cross(const vector3& v1, const vector3& v2);
 
 // d = |x1 - x2|, r = (x1 - x2) / d.
 direction get_r_d(const vector3& x1, const vector3& x2);

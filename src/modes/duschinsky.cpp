@@ -4,11 +4,12 @@
 #include <cmath>
 #include <string>
 
-#include "modes/ordering.hpp"  // for vbn_ord
-#include "run/constants.hpp"   // for bohr_to_ang
-#include "run/matmul.hpp"      // for matmul, transposed
-#include "run/stop.hpp"        // for stop, warn
-#include "run/text.hpp"        // for layout, tell
+#include "linalg/matmul.hpp"       // for matmul, transposed
+#include "modes/ordering.hpp"      // for vbn_ord
+#include "molecule/constants.hpp"  // for bohr_to_ang
+#include "text/layout.hpp"         // for layout
+#include "text/output_file.hpp"    // for tell
+#include "text/stop.hpp"           // for stop, warn
 
 namespace vbn {
 

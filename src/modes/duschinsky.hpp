@@ -1,8 +1,9 @@
 // Duschinsky matrices, displacements, Huang-Rhys factors and reorganisation energies.
 #pragma once
 
-#include "run/array.hpp"   // for array1, array2
-#include "run/record.hpp"  // for states, input_keys
+#include "input/keys.hpp"       // for input_keys
+#include "linalg/array.hpp"     // for array1, array2
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

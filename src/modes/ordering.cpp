@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "frame/sorting.hpp"  // for indexx
+#include "linalg/sorting.hpp"  // for indexx
 
 namespace vbn {
 

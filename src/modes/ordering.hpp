@@ -3,9 +3,9 @@
 
 #include <span>
 
-#include "run/array.hpp"   // for array1, array2
-#include "run/record.hpp"  // for input_keys
-#include "run/text.hpp"    // for text
+#include "input/keys.hpp"       // for input_keys
+#include "linalg/array.hpp"     // for array1, array2
+#include "text/fixed_text.hpp"  // for text
 
 namespace vbn {
 

@@ -1,8 +1,8 @@
 // One Hessian for both states, so that only the displacement acts.
 #pragma once
 
-#include "run/array.hpp"   // for array1
-#include "run/record.hpp"  // for states
+#include "linalg/array.hpp"     // for array1
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

@@ -1,9 +1,9 @@
 // Conventions for the arbitrary signs of the modes.
 #include "modes/signs.hpp"  // for set_positive_diag, set_proper_rotation
 
-#include "frame/eigen.hpp"       // for sort_vec_large
+#include "linalg/eigen.hpp"      // for sort_vec_large
 #include "modes/duschinsky.hpp"  // for get_vbn
-#include "run/blas.hpp"          // for dgetrf_
+#include "linalg/blas.hpp"       // for dgetrf_
 
 namespace vbn {
 

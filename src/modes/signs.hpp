@@ -1,8 +1,9 @@
 // Conventions for the arbitrary signs of the modes.
 #pragma once
 
-#include "run/array.hpp"   // for array1
-#include "run/record.hpp"  // for states, input_keys
+#include "input/keys.hpp"       // for input_keys
+#include "linalg/array.hpp"     // for array1
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

@@ -3,7 +3,9 @@
 
 #include <vector>
 
-#include "run/constants.hpp"  // for bohr_to_ang and au_to_cm
+#include "molecule/constants.hpp"  // for bohr_to_ang and au_to_cm
+#include "text/layout.hpp"         // for layout
+#include "text/words.hpp"          // for trim
 
 namespace vbn {
 

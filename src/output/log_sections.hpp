@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "run/record.hpp"  // for states
-#include "run/text.hpp"    // for output_file
+#include "molecule/record.hpp"   // for states
+#include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 

@@ -6,10 +6,12 @@
 #include <string>
 #include <utility>
 
-#include "run/constants.hpp"  // for au_to_cm
-#include "run/matmul.hpp"     // for matmul
-#include "run/number.hpp"     // for write_scientific and write_fixed
-#include "run/text.hpp"       // for layout and output_file
+#include "linalg/matmul.hpp"       // for matmul
+#include "molecule/constants.hpp"  // for au_to_cm
+#include "text/fixed_text.hpp"     // for text
+#include "text/layout.hpp"         // for layout
+#include "text/number.hpp"         // for write_scientific and write_fixed
+#include "text/output_file.hpp"    // for output_file
 
 namespace vbn {
 

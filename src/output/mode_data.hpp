@@ -3,8 +3,9 @@
 
 #include <string_view>
 
-#include "run/array.hpp"   // for array1
-#include "run/record.hpp"  // for states and input_keys
+#include "input/keys.hpp"       // for input_keys
+#include "linalg/array.hpp"     // for array1
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

@@ -6,11 +6,13 @@
 #include <fstream>
 #include <string>
 
-#include "readers/qm_file.hpp"  // for qm_file_natom
-#include "readers/rows.hpp"     // for check_natom, next_row
-#include "readers/scan.hpp"     // for search_word, name_main
-#include "run/stop.hpp"         // for fail, exit_run, warn
-#include "run/text.hpp"         // for tell_free
+#include "readers/qm_file.hpp"   // for qm_file_natom
+#include "readers/rows.hpp"      // for check_natom, next_row
+#include "readers/scan.hpp"      // for search_word_free
+#include "text/fixed_text.hpp"   // for text
+#include "text/output_file.hpp"  // for tell_free
+#include "text/stop.hpp"         // for fail, exit_run, warn
+#include "text/words.hpp"        // for word_of, name_main
 
 namespace vbn {
 

@@ -1,9 +1,9 @@
 // How many atoms a state has, and which of them a two-layer (ONIOM) calculation keeps.
 #pragma once
 
+#include "linalg/array.hpp"       // for array1
+#include "molecule/record.hpp"    // for states
 #include "readers/file_type.hpp"  // for qm_file
-#include "run/array.hpp"          // for array1
-#include "run/record.hpp"         // for states
 
 namespace vbn {
 

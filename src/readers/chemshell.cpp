@@ -5,9 +5,11 @@
 
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for stop, fail, warn
-#include "run/text.hpp"          // for layout, tell_free
+#include "readers/scan.hpp"      // for search_word, search_word_free, search_word_first_number
+#include "text/layout.hpp"       // for layout
+#include "text/output_file.hpp"  // for tell_free
+#include "text/stop.hpp"         // for stop, fail, warn
+#include "text/words.hpp"        // for trim, word_of, is_number
 
 namespace vbn {
 

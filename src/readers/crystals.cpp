@@ -1,7 +1,8 @@
 // Reads what VASP, PWscf and crystallographic (CIF) files tell of a structure.
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for the searches
+#include "readers/scan.hpp"      // for search_word_free, search_word_free_last
+#include "text/words.hpp"        // for trim
 
 #include <algorithm>
 

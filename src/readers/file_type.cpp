@@ -5,7 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "readers/scan.hpp"  // for search_word, search_word_free, word_of
+#include "readers/scan.hpp"     // for search_word, search_word_free
+#include "text/fixed_text.hpp"  // for text
+#include "text/words.hpp"       // for word_of, is_number
 
 namespace vbn {
 

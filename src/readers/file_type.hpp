@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "run/input_file.hpp"  // for input_file
-#include "run/text.hpp"        // for text
+#include "text/fixed_text.hpp"  // for text
+#include "text/input_file.hpp"  // for input_file
 
 namespace vbn {
 

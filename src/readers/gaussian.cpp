@@ -7,10 +7,12 @@
 
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for the searches
-#include "run/number.hpp"        // for to_integer
-#include "run/stop.hpp"          // for fail, stop, warn
-#include "run/text.hpp"          // for layout, tell
+#include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_last_del_space, search_word_first_number
+#include "text/layout.hpp"   // for layout
+#include "text/number.hpp"   // for to_integer
+#include "text/output_file.hpp"  // for tell_free, tell
+#include "text/stop.hpp"         // for fail, stop, warn
+#include "text/words.hpp"        // for word_of
 
 namespace vbn {
 

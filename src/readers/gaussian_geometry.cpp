@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "readers/programs.hpp"  // for gaussian_log_coord, gaussian_fchk_coord
-#include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for warn
+#include "readers/scan.hpp"  // for search_word_free_last, search_word_del_space, search_word_last_del_space
+#include "text/stop.hpp"     // for warn
 
 namespace vbn {
 

@@ -5,13 +5,14 @@
 #include <span>
 #include <string>
 
-#include "readers/elements.hpp"  // for nat_to_mass, element_symbol
-#include "readers/programs.hpp"  // for the routines
-#include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for the searches
-#include "run/number.hpp"        // for shortest
-#include "run/stop.hpp"          // for fail, stop, warn
-#include "run/text.hpp"          // for tell_free
+#include "molecule/elements.hpp"  // for nat_to_mass, element_symbol
+#include "readers/programs.hpp"   // for the routines
+#include "readers/rows.hpp"       // for the rows of the tables
+#include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number
+#include "text/number.hpp"       // for shortest
+#include "text/output_file.hpp"  // for tell_free
+#include "text/stop.hpp"         // for fail, stop, warn
+#include "text/words.hpp"        // for adjustl
 
 namespace vbn {
 

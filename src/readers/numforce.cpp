@@ -1,8 +1,10 @@
 // Reads files of numerical frequencies (NUMFORCE).
-#include "readers/elements.hpp"  // for nat_to_symbol
-#include "readers/programs.hpp"  // for the routines
-#include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for the searches
+#include "molecule/elements.hpp"  // for nat_to_symbol
+#include "readers/programs.hpp"   // for the routines
+#include "readers/rows.hpp"       // for the rows of the tables
+#include "readers/scan.hpp"       // for search_word, search_word_free, search_word_del_space
+#include "text/fixed_text.hpp"    // for text
+#include "text/words.hpp"         // for number_of_words, word_of
 
 #include <vector>
 

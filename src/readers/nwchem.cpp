@@ -6,8 +6,8 @@
 
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for fail
+#include "readers/scan.hpp"      // for search_word_free, search_word_free_last
+#include "text/stop.hpp"         // for fail
 
 namespace vbn {
 

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "run/array.hpp"       // for array1, array2
-#include "run/input_file.hpp"  // for input_file
+#include "linalg/array.hpp"     // for array1, array2
+#include "text/input_file.hpp"  // for input_file
 
 namespace vbn {
 

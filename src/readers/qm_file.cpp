@@ -7,7 +7,7 @@
 
 #include "readers/programs.hpp"  // for the readers
 #include "readers/rows.hpp"      // for check_natom and warn_if_cut
-#include "run/stop.hpp"          // for fail
+#include "text/stop.hpp"         // for fail
 
 namespace vbn {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "readers/file_type.hpp"  // for qm_file
-#include "run/array.hpp"          // for array1, array2
+#include "linalg/array.hpp"       // for array1, array2
 
 namespace vbn {
 

@@ -7,12 +7,14 @@
 #include <limits>
 #include <string>
 
-#include "readers/elements.hpp"  // for symbol_to_nat, element_symbol, nat_to_mass
-#include "readers/scan.hpp"      // for word_of, is_letter, lowercase
-#include "run/constants.hpp"     // for bohr_to_ang, max_element
-#include "run/number.hpp"        // for to_integer
-#include "run/stop.hpp"          // for fail, stop and warn
-#include "run/text.hpp"          // for tell, layout
+#include "molecule/constants.hpp"  // for bohr_to_ang, max_element
+#include "molecule/elements.hpp"   // for symbol_to_nat, element_symbol, nat_to_mass
+#include "text/free_form.hpp"      // for read_free_after
+#include "text/layout.hpp"         // for layout
+#include "text/number.hpp"         // for to_integer
+#include "text/output_file.hpp"    // for tell
+#include "text/stop.hpp"           // for fail, stop and warn
+#include "text/words.hpp"          // for word_of, is_number, is_letter, lowercase
 
 namespace vbn {
 

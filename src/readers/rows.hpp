@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
-#include "run/array.hpp"       // for array1, array2
-#include "run/input_file.hpp"  // for input_file
+#include "linalg/array.hpp"     // for array1, array2
+#include "text/input_file.hpp"  // for input_file
 
 namespace vbn {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "run/text.hpp"  // for trim, adjustl
+#include "text/words.hpp"  // for word_of, del_space, is_number
 
 namespace vbn {
 
@@ -150,58 +150,6 @@ bool search_word_first_letter(input_file& file, std::string_view& line) {
     if (!word.empty() && is_letter_char(word.front())) return true;
   }
   return false;
-}
-
-int number_of_words(std::string_view words) {
-  int n = 0;
-  while (!(words = adjustl(words)).empty()) {
-    words.remove_prefix(std::min(words.find(' '), words.size()));
-    ++n;
-  }
-  return n;
-}
-
-std::string_view word_of(std::string_view line, int k) {
-  std::string_view rest = adjustl(line);
-  for (int skipped = 1; skipped < k; ++skipped) {
-    rest.remove_prefix(std::min(rest.find(' '), rest.size()));
-    rest = adjustl(rest);
-  }
-  return rest.substr(0, rest.find(' '));
-}
-
-std::string del_space(std::string_view a) {
-  std::string b(a);
-  std::erase(b, ' ');
-  return b;
-}
-
-bool is_number(std::string_view a) {
-  a = trim(adjustl(a));
-  return !a.empty() && std::all_of(a.begin(), a.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-bool is_letter(std::string_view a) {
-  a = trim(adjustl(a));
-  return !a.empty() && std::all_of(a.begin(), a.end(), is_letter_char);
-}
-
-std::string name_base(std::string_view path) {
-  path = trim(adjustl(path));
-  return std::string(path.substr(path.rfind('/') + 1));  // none + 1 is 0, the whole text
-}
-
-std::string name_main(std::string_view path) {
-  const std::string base = name_base(path);
-  return base.substr(0, base.rfind('.'));
-}
-
-std::string lowercase(std::string_view a) {
-  std::string b(a);
-  for (char& c : b) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return b;
 }
 
 }  // namespace vbn

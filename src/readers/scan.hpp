@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "run/input_file.hpp"  // for input_file
+#include "text/input_file.hpp"  // for input_file
 
 namespace vbn {
 
@@ -33,25 +33,5 @@ bool search_word_first_number(input_file& file, std::string_view& line);
 
 // The next line whose first word begins with a letter.
 bool search_word_first_letter(input_file& file, std::string_view& line);
-
-// Number of words; only the blank separates.
-int number_of_words(std::string_view words);
-
-// Word k of a line, from 1; empty when there are fewer.
-std::string_view word_of(std::string_view line, int k);
-
-// The text with every blank left out.
-std::string del_space(std::string_view a);
-
-// Digits only (a sign or a point makes it false), letters only; false for an empty text.
-bool is_number(std::string_view a);
-bool is_letter(std::string_view a);
-
-// The part of a path behind its last "/", and that without what stands from its last "." on.
-std::string name_base(std::string_view path);
-std::string name_main(std::string_view path);
-
-// A to Z folded to lower case.
-std::string lowercase(std::string_view a);
 
 }  // namespace vbn

@@ -5,9 +5,10 @@
 
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for the searches
-#include "run/stop.hpp"          // for fail, warn
-#include "run/text.hpp"          // for layout
+#include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number, search_word_first_letter
+#include "text/layout.hpp"   // for layout
+#include "text/stop.hpp"     // for fail, warn
+#include "text/words.hpp"    // for trim, word_of, is_number
 
 namespace vbn {
 

@@ -4,12 +4,14 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/eigen.hpp"    // for diag_symm, sort_vec_large
-#include "frame/hessian.hpp"  // for fc_to_fcm, eigenvalues_to_frequencies
-#include "frame/sorting.hpp"  // for dorder, sort_array_d, sort_array_a, sort_matrix
-#include "run/constants.hpp"  // for au_to_cm
-#include "run/matmul.hpp"     // for matmul
-#include "run/stop.hpp"       // for stop, warn
+#include "frame/hessian.hpp"       // for fc_to_fcm, eigenvalues_to_frequencies
+#include "linalg/eigen.hpp"        // for diag_symm, sort_vec_large
+#include "linalg/matmul.hpp"       // for matmul
+#include "linalg/sorting.hpp"      // for dorder, sort_array_d, sort_array_a, sort_matrix
+#include "molecule/constants.hpp"  // for au_to_cm
+#include "text/fixed_text.hpp"     // for text
+#include "text/layout.hpp"         // for layout, value
+#include "text/stop.hpp"           // for stop, warn
 
 namespace vbn {
 

@@ -1,8 +1,8 @@
 // Normal modes by irreducible representation, from the Hessian diagonalised block by block.
 #pragma once
 
-#include "run/record.hpp"  // for states
-#include "run/text.hpp"    // for output_file
+#include "molecule/record.hpp"   // for states
+#include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 

@@ -4,11 +4,13 @@
 #include <cmath>
 #include <string>
 
-#include "frame/hessian.hpp"   // for fc_to_fcm
-#include "frame/inertial.hpp"  // for get_inertial
-#include "frame/rotation.hpp"  // for set_sym_matrix
-#include "run/stop.hpp"        // for stop, warn
-#include "run/text.hpp"        // for tell
+#include "frame/hessian.hpp"     // for fc_to_fcm
+#include "frame/inertial.hpp"    // for get_inertial
+#include "frame/rotation.hpp"    // for set_sym_matrix
+#include "text/fixed_text.hpp"   // for text
+#include "text/layout.hpp"       // for layout
+#include "text/output_file.hpp"  // for tell
+#include "text/stop.hpp"         // for stop, warn
 
 namespace vbn {
 

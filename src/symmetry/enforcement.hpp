@@ -1,8 +1,8 @@
 // Exactly symmetric geometry, Hessian and couplings, each element from the one that stands for it.
 #pragma once
 
-#include "run/array.hpp"             // for array1, array2, array3
-#include "run/record.hpp"            // for states
+#include "linalg/array.hpp"          // for array1, array2, array3
+#include "molecule/record.hpp"       // for states
 #include "symmetry/point_group.hpp"  // for symmetry_search
 
 namespace vbn {

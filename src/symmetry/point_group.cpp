@@ -8,8 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "run/stop.hpp"  // for stop, warn
-#include "run/text.hpp"  // for tell
+#include "text/fixed_text.hpp"   // for text
+#include "text/layout.hpp"       // for layout
+#include "text/output_file.hpp"  // for tell_free, tell
+#include "text/stop.hpp"         // for stop, warn
 
 namespace vbn {
 

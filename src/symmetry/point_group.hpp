@@ -1,8 +1,8 @@
 // The point group of a molecule in its inertial frame, its symmetry-adapted coordinates and unique atoms.
 #pragma once
 
-#include "run/array.hpp"        // for array1, array2
-#include "run/record.hpp"       // for states
+#include "linalg/array.hpp"     // for array1, array2
+#include "molecule/record.hpp"  // for states
 #include "symmetry/tables.hpp"  // for n_symm_op
 
 namespace vbn {

@@ -3,8 +3,8 @@
 
 #include <array>
 
-#include "run/array.hpp"      // for offset
-#include "run/constants.hpp"  // for max_rep
+#include "linalg/array.hpp"        // for offset
+#include "molecule/constants.hpp"  // for max_rep
 
 namespace vbn {
 

@@ -8,9 +8,10 @@
 #include "frame/hessian.hpp"         // for get_freq
 #include "frame/inertial.hpp"        // for get_inertial
 #include "frame/projection.hpp"      // for get_proj_hessian
-#include "run/stop.hpp"              // for run_end
 #include "tests/frame/molecule.hpp"  // for spring_molecule and move_molecule
 #include "tests/written_file.hpp"    // for scratch, content_of and write_text
+#include "text/layout.hpp"           // for layout
+#include "text/stop.hpp"             // for run_end
 
 namespace vbn {
 namespace {

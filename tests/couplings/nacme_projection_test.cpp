@@ -9,9 +9,10 @@
 #include "couplings/nacme_file.hpp"  // for get_nacme_n3
 #include "frame/hessian.hpp"         // for get_freq
 #include "frame/projection.hpp"      // for get_proj_hessian
-#include "run/storage.hpp"           // for vbn_allocate
+#include "molecule/storage.hpp"      // for vbn_allocate
 #include "tests/frame/molecule.hpp"  // for spring_molecule
 #include "tests/written_file.hpp"    // for scratch and lines_of
+#include "text/output_file.hpp"      // for output_file
 
 namespace vbn {
 namespace {

@@ -6,7 +6,8 @@
 #include <algorithm>
 
 #include "readers/file_type.hpp"  // for qm_file and qm_file_type
-#include "run/stop.hpp"           // for run_end
+#include "text/layout.hpp"        // for layout, value
+#include "text/stop.hpp"          // for run_end
 
 namespace vbn {
 namespace {

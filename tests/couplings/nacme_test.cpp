@@ -11,11 +11,12 @@
 #include "frame/hessian.hpp"               // for get_hess and get_freq
 #include "frame/inertial.hpp"              // for get_inertial
 #include "frame/projection.hpp"            // for get_proj_hessian
+#include "molecule/elements.hpp"           // for element_symbol
 #include "readers/atom_count.hpp"          // for get_na
-#include "readers/elements.hpp"            // for element_symbol
-#include "run/stop.hpp"                    // for run_end
 #include "tests/frame/molecule.hpp"        // for spring_molecule and move_molecule
 #include "tests/written_file.hpp"          // for scratch and write_text
+#include "text/layout.hpp"                 // for layout
+#include "text/stop.hpp"                   // for run_end
 
 namespace vbn {
 namespace {

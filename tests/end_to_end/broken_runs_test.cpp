@@ -1,5 +1,4 @@
-// Broken runs by the hundred: files cut off, lines dropped, numbers replaced. Each ends with sound tables or
-// with a word.
+// Hundreds of runs on broken files: each ends with sound tables or a message.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -9,8 +8,8 @@
 #include <iterator>
 #include <optional>
 
-#include "run/driver.hpp"                  // for run_stages
-#include "run/stop.hpp"                    // for run_end
+#include "app/driver.hpp"                  // for run_stages
+#include "text/stop.hpp"                   // for run_end
 #include "tests/end_to_end/whole_run.hpp"  // for whole_run, real_data
 
 namespace vbn::end_to_end {

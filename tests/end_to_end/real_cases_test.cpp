@@ -1,5 +1,4 @@
-// Whole runs over real calculations: they end, repeat to the byte, and agree with what is known from
-// elsewhere.
+// Whole runs on real calculations, held against what is known from elsewhere.
 #include <gtest/gtest.h>
 
 #include <algorithm>

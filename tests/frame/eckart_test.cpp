@@ -5,9 +5,12 @@
 
 #include <string>
 
+#include "app/run_data.hpp"          // for run_data
 #include "frame/inertial.hpp"        // for inertm
+#include "app/run_data.hpp"          // for run_data
 #include "tests/frame/molecule.hpp"  // for spring_molecule
 #include "tests/written_file.hpp"    // for scratch, content_of
+#include "text/output_file.hpp"      // for output_file
 
 namespace vbn {
 namespace {
@@ -16,7 +19,7 @@ namespace {
 std::string log_of_step(run_data& run) {
   const std::string name = scratch("eckart.out");
   run.fout = output_file(name);
-  do_eckart(run);
+  do_eckart(run.state(1), run.state(2), run.input, run.fout);
   run.fout.close();
   return content_of(name);
 }

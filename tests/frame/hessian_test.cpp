@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "run/stop.hpp"              // for run_end
+#include "text/stop.hpp"             // for run_end
 #include "tests/frame/molecule.hpp"  // for spring_molecule
 #include "tests/written_file.hpp"    // for scratch, write_text
 

@@ -8,11 +8,11 @@
 #include <random>
 #include <vector>
 
-#include "frame/hessian.hpp"   // for fc_to_fcm
-#include "frame/rotation.hpp"  // for rotn, rot_fc
-#include "run/constants.hpp"   // for amu_to_au
-#include "run/record.hpp"      // for states
-#include "run/storage.hpp"     // for vbn_allocate
+#include "frame/hessian.hpp"       // for fc_to_fcm
+#include "frame/rotation.hpp"      // for rotn, rot_fc
+#include "molecule/constants.hpp"  // for amu_to_au
+#include "molecule/record.hpp"     // for states
+#include "molecule/storage.hpp"    // for vbn_allocate
 
 namespace vbn {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "internal/int_coord.hpp"       // for get_int_coord
-#include "run/stop.hpp"                 // for run_end
+#include "text/stop.hpp"                // for run_end
 #include "tests/internal/molecule.hpp"  // for molecule, water
 
 namespace vbn {

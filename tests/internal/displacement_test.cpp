@@ -7,10 +7,11 @@
 #include <limits>
 
 #include "internal/gmatrix.hpp"         // for get_int_gmatrix
-#include "run/matmul.hpp"               // for matmul
-#include "run/stop.hpp"                 // for run_end
+#include "linalg/matmul.hpp"            // for matmul
 #include "tests/internal/molecule.hpp"  // for ammonia, disulfane, set_modes
 #include "tests/written_file.hpp"       // for scratch, lines_of
+#include "text/output_file.hpp"         // for output_file
+#include "text/stop.hpp"                // for run_end
 
 namespace vbn {
 namespace {

@@ -6,10 +6,11 @@
 #include <cstring>
 #include <random>
 
-#include "run/matmul.hpp"               // for matmul
-#include "run/stop.hpp"                 // for run_end
-#include "tests/internal/molecule.hpp"  // for ammonia, disulfane
-#include "tests/written_file.hpp"       // for scratch, content_of
+#include "linalg/matmul.hpp"            // for matmul
+#include "tests/internal/molecule.hpp"  // for ammonia
+#include "tests/written_file.hpp"       // for scratch
+#include "text/output_file.hpp"         // for output_file
+#include "text/stop.hpp"                // for run_end
 
 namespace vbn {
 namespace {

@@ -7,7 +7,7 @@
 #include <initializer_list>
 #include <random>
 
-#include "run/stop.hpp"                 // for run_end
+#include "text/stop.hpp"                // for run_end
 #include "tests/internal/molecule.hpp"  // for the molecules and list_of
 
 namespace vbn {

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "frame/eigen.hpp"           // for diag_symm
+#include "linalg/eigen.hpp"          // for diag_symm
 #include "internal/int_coord.hpp"    // for get_int_coord
 #include "internal/wilson_rows.hpp"  // for vector3
-#include "readers/elements.hpp"      // for nat_to_symbol, nat_to_mass, get_sym_num
-#include "run/constants.hpp"         // for bohr_to_ang
-#include "run/storage.hpp"           // for vbn_allocate
+#include "molecule/elements.hpp"     // for nat_to_symbol, nat_to_mass, get_sym_num
+#include "molecule/constants.hpp"    // for bohr_to_ang
+#include "molecule/storage.hpp"      // for vbn_allocate
 
 // Apart from the molecules of other folders' tests.
 namespace vbn::internal_molecules {

@@ -1,5 +1,5 @@
 // Tests of the reorganisation energy by coordinate and of its file.
-#include "internal/reorganisation.hpp"  // for proj_reorg_ene
+#include "internal/reorganisation.hpp"  // for reverse_order
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 #include "internal/gmatrix.hpp"         // for get_int_gmatrix
 #include "tests/internal/molecule.hpp"  // for ammonia, set_modes
 #include "tests/written_file.hpp"       // for scratch, lines_of
+#include "text/output_file.hpp"         // for output_file
 
 namespace vbn {
 namespace {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/written_file.hpp"  // for scratch, lines_of
+#include "text/output_file.hpp"    // for output_file
 
 namespace vbn {
 namespace {

@@ -1,5 +1,4 @@
-// Tests of the coordinates at the edges of their range; the derivatives of whole molecules stand with their
-// lists.
+// Tests of the internal coordinates at the edges of their range.
 #include "internal/wilson_rows.hpp"  // for the rows
 
 #include <gtest/gtest.h>
@@ -7,7 +6,7 @@
 #include <cmath>
 #include <random>
 
-#include "run/constants.hpp"  // for pi_value
+#include "molecule/constants.hpp"  // for pi_value
 
 namespace vbn {
 namespace {

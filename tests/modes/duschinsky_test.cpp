@@ -6,8 +6,8 @@
 #include <string>
 
 #include "modes/shared_hessian.hpp"        // for use_same_hessian
-#include "run/matmul.hpp"                  // for matmul
-#include "run/stop.hpp"                    // for run_end
+#include "linalg/matmul.hpp"               // for matmul
+#include "text/stop.hpp"                   // for run_end
 #include "tests/modes/pair_of_states.hpp"  // for chiral_pair, to_modes
 
 namespace vbn {

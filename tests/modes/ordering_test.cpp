@@ -7,7 +7,7 @@
 #include <cmath>
 #include <random>
 
-#include "frame/sorting.hpp"  // for indexx
+#include "linalg/sorting.hpp"  // for indexx
 
 namespace vbn {
 namespace {

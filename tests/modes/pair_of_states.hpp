@@ -1,11 +1,13 @@
 // Two states of one molecule with their modes, for tests of how they correspond.
 #pragma once
 
+#include "app/run_data.hpp"          // for run_data
 #include "frame/eckart.hpp"          // for do_eckart
 #include "frame/inertial.hpp"        // for get_inertial
 #include "frame/projection.hpp"      // for get_proj_hessian
 #include "tests/frame/molecule.hpp"  // for spring_molecule
 #include "tests/written_file.hpp"    // for scratch
+#include "text/output_file.hpp"      // for output_file
 
 namespace vbn {
 
@@ -16,7 +18,7 @@ inline void to_modes(run_data& run) {
     get_inertial(state);
     get_proj_hessian(state, 1);
   }
-  do_eckart(run);
+  do_eckart(run.state(1), run.state(2), run.input, run.fout);
   for (states& state : run.state) get_freq(state);
 }
 

@@ -3,8 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "run/storage.hpp"         // for vbn_allocate
+#include "molecule/storage.hpp"    // for vbn_allocate
 #include "tests/written_file.hpp"  // for scratch and content_of
+#include "text/output_file.hpp"    // for output_file
 
 namespace vbn {
 namespace {

@@ -7,10 +7,9 @@
 #include <fstream>
 #include <limits>
 
-#include "run/constants.hpp"       // for au_to_cm
-#include "run/storage.hpp"         // for vbn_allocate
-#include "run/stop.hpp"            // for run_end
+#include "molecule/storage.hpp"    // for vbn_allocate
 #include "tests/written_file.hpp"  // for scratch, content_of and lines_of
+#include "text/layout.hpp"         // for layout
 
 namespace vbn {
 namespace {

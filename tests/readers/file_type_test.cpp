@@ -1,5 +1,5 @@
 // Tests of how a file's kind and version are found.
-#include "readers/file_type.hpp"  // for qm_file_type
+#include "readers/file_type.hpp"  // for qm_file
 
 #include <gtest/gtest.h>
 

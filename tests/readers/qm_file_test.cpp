@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
-#include "readers/elements.hpp"            // for nat_to_mass
-#include "run/constants.hpp"               // for bohr_to_ang
+#include "molecule/elements.hpp"           // for nat_to_mass
+#include "molecule/constants.hpp"          // for bohr_to_ang
 #include "tests/readers/sample_files.hpp"  // for the sample files
 
 namespace vbn {

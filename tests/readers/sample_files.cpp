@@ -7,9 +7,9 @@
 #include <span>
 #include <vector>
 
-#include "readers/elements.hpp"  // for element_symbol, nat_to_mass
-#include "readers/scan.hpp"      // for lowercase
-#include "run/constants.hpp"     // for bohr_to_ang
+#include "molecule/constants.hpp"  // for bohr_to_ang
+#include "molecule/elements.hpp"   // for element_symbol, nat_to_mass
+#include "text/words.hpp"          // for lowercase
 
 namespace vbn {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "readers/file_type.hpp"  // for qm_file
-#include "run/array.hpp"          // for array1, array2
-#include "run/stop.hpp"           // for run_end
+#include "linalg/array.hpp"       // for array1, array2
+#include "text/stop.hpp"          // for run_end
 
 namespace vbn {
 
@@ -23,8 +23,8 @@ struct molecule {
 // Formaldehyde, or a chain of H, C, N and O with more atoms.
 molecule sample_molecule(int natom = 4);
 
-// The molecule in the layouts of the programs; Molpro with a dump of the geometry or, as from version 2012 on,
-// with a table behind the force constants, before which stands one with the atoms in another order.
+// The molecule in the layouts of the programs; Molpro with a dump of the geometry or, as from version 2012
+// on, with a table behind the force constants, before which stands one with the atoms in another order.
 std::string gaussian_log(const molecule& m);
 std::string gaussian_fchk(const molecule& m);
 std::string molpro_output(const molecule& m);

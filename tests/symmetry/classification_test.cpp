@@ -9,12 +9,13 @@
 #include "frame/hessian.hpp"             // for fc_to_fcm, get_freq
 #include "frame/inertial.hpp"            // for get_inertial, max_abs
 #include "frame/projection.hpp"          // for get_proj_hessian
-#include "run/matmul.hpp"                // for matmul
-#include "run/stop.hpp"                  // for run_end
-#include "run/storage.hpp"               // for vbn_allocate
+#include "linalg/matmul.hpp"             // for matmul
+#include "molecule/storage.hpp"          // for vbn_allocate
 #include "symmetry/enforcement.hpp"      // for get_enforce_symm
 #include "tests/symmetry/molecules.hpp"  // for molecule, textbook_cases
 #include "tests/written_file.hpp"        // for scratch, content_of
+#include "text/output_file.hpp"          // for output_file
+#include "text/stop.hpp"                 // for run_end
 
 namespace vbn {
 namespace {

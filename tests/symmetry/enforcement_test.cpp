@@ -8,8 +8,8 @@
 
 #include "frame/hessian.hpp"             // for fc_to_fcm
 #include "frame/inertial.hpp"            // for get_inertial
-#include "run/matmul.hpp"                // for matmul
-#include "run/stop.hpp"                  // for run_end
+#include "linalg/matmul.hpp"             // for matmul
+#include "text/stop.hpp"                 // for run_end
 #include "tests/symmetry/molecules.hpp"  // for molecule, textbook_cases, of_group
 
 namespace vbn {

@@ -6,9 +6,9 @@
 #include <random>
 #include <stdexcept>
 
-#include "frame/hessian.hpp"    // for fc_to_fcm
-#include "run/storage.hpp"      // for vbn_allocate
-#include "symmetry/tables.hpp"  // for symm_op
+#include "frame/hessian.hpp"     // for fc_to_fcm
+#include "molecule/storage.hpp"  // for vbn_allocate
+#include "symmetry/tables.hpp"   // for symm_op
 
 namespace vbn {
 

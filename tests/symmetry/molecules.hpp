@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "run/record.hpp"  // for states
+#include "molecule/record.hpp"  // for states
 
 namespace vbn {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "run/matmul.hpp"                // for matmul
-#include "run/stop.hpp"                  // for run_end
+#include "linalg/matmul.hpp"             // for matmul
+#include "text/stop.hpp"                 // for run_end
 #include "tests/symmetry/molecules.hpp"  // for molecule, textbook_cases, of_group
 
 namespace vbn {

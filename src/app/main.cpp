@@ -1,0 +1,43 @@
+// The command line of vbn: one argument, the input file.
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "app/driver.hpp"  // for run_stages
+#include "text/stop.hpp"   // for run_end
+
+namespace {
+
+// Runs all stages and gives back how the run ended. The record of the run is gone by then: its log is written
+// out.
+vbn::run_end run_to_its_end(const char* argument) {
+  try {
+    vbn::run_data run;
+    vbn::run_stages(run, argument);
+    run.fout.close();
+    return {};
+  } catch (const vbn::run_end& end) {
+    return end;
+  } catch (const std::bad_alloc&) {
+    return {1, vbn::fault_message(
+                   {.what = "out of memory", .expected = "fewer atoms, or a machine with more memory"})};
+  } catch (const std::length_error&) {
+    return {
+        1, vbn::fault_message({.what = "an array is too large for this machine", .expected = "fewer atoms"})};
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  vbn::run_end end = run_to_its_end(argc > 1 ? argv[1] : "");
+  // Standard output may be a full disk or a closed pipe: the last to know is the one that told it nothing.
+  if (std::fflush(stdout) != 0 && end.status == 0) {
+    end.status = 1;
+    end.text += vbn::fault_message({.what = "cannot write to standard output"});
+  }
+  std::fwrite(end.text.data(), 1, end.text.size(), stderr);
+  return end.status;
+}

@@ -1,0 +1,165 @@
+// Physical doubts about a run, told as warnings.
+#include "checks/plausibility.hpp"  // for warn_of_files
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "frame/inertial.hpp"      // for inertm
+#include "frame/projection.hpp"    // for com, formtrm1
+#include "molecule/constants.hpp"  // for au_to_cm, bohr_to_ang
+#include "text/number.hpp"         // for write_fixed
+#include "text/stop.hpp"           // for warn
+#include "text/words.hpp"          // for adjustl
+
+namespace vbn {
+
+namespace {
+
+constexpr double frame_limit = 0.005;      // part of the Hessian that a turn of the molecule may feel
+constexpr double linear_limit = 1.0e-3;    // distance from the axis of a linear molecule, bohr
+constexpr double near_zero = 10.0;         // frequency of a mode that is no vibration, cm-1
+constexpr double far_apart = 0.3;          // root mean square distance of the geometries, angstrom
+constexpr double little_alike = 0.35;      // mean square of the largest overlap of each mode
+constexpr double routes_ratio = 1.5;       // totals of the two routes
+constexpr double routes_difference = 200;  // the same, cm-1
+
+std::string with_digits(double number, int digits) {
+  std::string shown(24, ' ');
+  write_fixed(shown.data(), number, 24, digits);
+  return std::string(adjustl(shown));
+}
+
+std::string of_state(const states& state, int k) {
+  return "state " + std::to_string(k) + " (" + state.ffreq.str() + ")";
+}
+
+// How much a turn of the molecule as a whole changes the force on it, in parts of the largest force that a
+// normalised mass-weighted displacement of one coordinate gives. Of a Hessian at a stationary point in the
+// frame of `x0` it is the noise of the calculation.
+double turn_felt(const states& state) {
+  array2<double> xc = state.x0;
+  com(state.massau, xc);
+  const array2<double> v = formtrm1(state.massau, xc);
+  double largest = 0.0;
+  for (int j = 1; j <= state.n3; ++j) {
+    double column = 0.0;
+    for (int i = 1; i <= state.n3; ++i) column += state.fcm0(i, j) * state.fcm0(i, j);
+    largest = std::max(largest, std::sqrt(column));
+  }
+  double felt = 0.0;
+  for (int turn = 4; turn <= 6; ++turn) {
+    double force = 0.0;
+    for (int i = 1; i <= state.n3; ++i) {
+      double row = 0.0;
+      for (int j = 1; j <= state.n3; ++j) row += state.fcm0(j, i) * v(j, turn);
+      force += row * row;
+    }
+    felt = std::max(felt, std::sqrt(force));
+  }
+  return largest > 0.0 ? felt / largest : 0.0;
+}
+
+bool is_linear(const states& state) {
+  array2<double> x = state.x;
+  inertm(state.massau, x);
+  for (int i = 1; i <= state.natom; ++i) {
+    if (std::hypot(x(2, i), x(3, i)) > linear_limit) return false;
+  }
+  return state.natom > 1;
+}
+
+}  // namespace
+
+void warn_of_files(const array1<states>& state) {
+  for (int k = 1; k <= 2; ++k) {
+    if (state(k).ifoniom) continue;  // a layer alone feels the other one
+    const double felt = turn_felt(state(k));
+    if (felt < frame_limit) continue;
+    warn(of_state(state(k), k) + ": turning the molecule changes the force on it by " +
+         with_digits(100.0 * felt, 1) +
+         " % of its largest; the Hessian stands in another frame than the geometry, or not at a stationary "
+         "point");
+  }
+  for (int i = 1; i <= state(1).natom; ++i) {
+    if (state(1).nat(i) == state(2).nat(i)) continue;
+    warn("atom " + std::to_string(i) + " is " + state(1).symbol(i).str() + " in " + state(1).ffreq.str() +
+         " and " + state(2).symbol(i).str() + " in " + state(2).ffreq.str() +
+         ": displacements mean something only with the atoms in one order");
+    return;
+  }
+}
+
+void warn_of_modes(const array1<states>& state) {
+  for (int k = 1; k <= 2; ++k) {
+    const states& it = state(k);
+    if (is_linear(it)) {
+      warn(of_state(it, k) +
+           ": the molecule is linear and has five external modes; mode 6 is a vibration, which everything "
+           "that counts "
+           "from mode 7 leaves out");
+    }
+    int imaginary = 0;
+    int zero = 0;
+    for (int i = 1; i <= it.n3; ++i) {
+      const double freq = au_to_cm * it.freq(i);
+      if (freq < -near_zero) ++imaginary;
+      if (std::abs(freq) <= near_zero) ++zero;
+    }
+    if (imaginary > 0) {
+      warn(of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
+           with_digits(au_to_cm * it.freq(1), 2) +
+           " cm-1; they stand first and move the modes of no frequency up");
+    }
+    if (zero > 6) {
+      warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " + with_digits(near_zero, 1) +
+           " cm-1, six of which are translations and rotations; the Huang-Rhys factors of the others mean "
+           "little");
+    }
+  }
+}
+
+void warn_of_distance(const array1<states>& state) {
+  const states& one = state(1);
+  double square = 0.0;
+  for (int i = 1; i <= one.natom; ++i) {
+    for (int a = 1; a <= 3; ++a) {
+      const double d = bohr_to_ang * (state(2).x(a, i) - one.x(a, i));
+      square += d * d;
+    }
+  }
+  const double distance = std::sqrt(square / one.natom);
+  if (distance > far_apart) {
+    warn("the two geometries are " + with_digits(distance, 3) +
+         " angstrom (root mean square) apart: another conformer or another order of the atoms, or a motion "
+         "too large "
+         "for Cartesian displacements");
+  }
+  if (one.n3 <= 6) return;
+  double alike = 0.0;
+  for (int i = 7; i <= one.n3; ++i) {
+    double largest = 0.0;
+    for (int j = 7; j <= one.n3; ++j) largest = std::max(largest, std::abs(one.s(i, j)));
+    alike += largest * largest;
+  }
+  alike /= one.n3 - 6;
+  if (alike < little_alike) {
+    warn("the modes of the two states hardly resemble each other (mean square of the largest overlaps " +
+         with_digits(alike, 2) + "): another conformer or another order of the atoms");
+  }
+}
+
+void warn_of_routes(const array1<states>& state) {
+  for (int k = 1; k <= 2; ++k) {
+    const double cart = au_to_cm * state(k).lamt;
+    const double dint = au_to_cm * state(k).lamt_c;
+    const double low = std::min(cart, dint);
+    const double high = std::max(cart, dint);
+    if (high - low < routes_difference || high < routes_ratio * low) continue;
+    warn(of_state(state(k), k) + ": the total reorganisation energy is " + with_digits(cart, 1) +
+         " cm-1 by Cartesian and " + with_digits(dint, 1) +
+         " cm-1 by internal coordinates; the motion is too large for at least one of them");
+  }
+}
+
+}  // namespace vbn

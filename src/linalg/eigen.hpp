@@ -1,0 +1,34 @@
+// The dense symmetric eigenproblem: Householder reduction, implicit QL iteration and the sign rule.
+#pragma once
+
+#include "linalg/array.hpp"  // for array1, array2
+
+namespace vbn {
+
+struct lane_kernels;
+
+// Eigenvalues of the n x n matrix in rising order into eval (n), eigenvectors into the columns of vector
+// (n,n), each with its element of largest magnitude positive. Only the lower triangle of matrix is read. info
+// as `tql2e` gives it.
+void diag_symm(const array2<double>& matrix, array1<double>& eval, array2<double>& vector, int& info);
+
+// Householder reduction of the n x n matrix a, whose lower triangle alone is read, to tridiagonal form:
+// diagonal d (n), subdiagonal in e(2..n) with e(1) = 0, accumulated transformation z (n,n).
+// Martin, Reinsch, Wilkinson, Numerische Mathematik 11 (1968) 181, with rows scaled as in EISPACK's TRED2.
+void tred2e(const array2<double>& a, array1<double>& d, array1<double>& e, array2<double>& z);
+// The same with the inner loops of one vector width; all widths give the same bits.
+void tred2e(const array2<double>& a, array1<double>& d, array1<double>& e, array2<double>& z,
+            const lane_kernels& kernels);
+
+// QL iteration on what `tred2e` left: eigenvalues in d, rising, eigenvectors in the columns of z; e is
+// destroyed. ierr = 0, or the number of the eigenvalue that had not converged after 30 iterations; the values
+// are unsorted then. Values that are no numbers end in values that are no numbers or in a non-zero ierr.
+// Bowdler, Martin, Reinsch, Wilkinson, Numerische Mathematik 11 (1968) 293.
+void tql2e(array1<double>& d, array1<double>& e, array2<double>& z, int& ierr);
+void tql2e(array1<double>& d, array1<double>& e, array2<double>& z, int& ierr, const lane_kernels& kernels);
+
+// Negates each of the n columns of c(m,n) whose element of largest magnitude, the first of equal ones, is
+// negative. With m or n not positive nothing is done.
+void sort_vec_large(int m, int n, array2<double>& c);
+
+}  // namespace vbn

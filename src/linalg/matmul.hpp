@@ -1,0 +1,22 @@
+// The one helper for products of dense matrices.
+#pragma once
+
+#include "linalg/array.hpp"  // for array2
+
+namespace vbn {
+
+// Whether an operand is taken as it stands or transposed.
+enum class op { plain, transposed };
+
+// op(a) x op(b) by BLAS dgemm.
+array2<double> matmul(const array2<double>& a, const array2<double>& b, op op_a = op::plain,
+                      op op_b = op::plain);
+
+// c := alpha op(a) x op(b) + beta c by BLAS dgemm; c has the extents of the product.
+void matmul_add(double alpha, const array2<double>& a, op op_a, const array2<double>& b, op op_b, double beta,
+                array2<double>& c);
+
+// The transpose of a.
+array2<double> transposed(const array2<double>& a);
+
+}  // namespace vbn

@@ -1,0 +1,31 @@
+// The elements: symbols, masses and bond radii by atomic number.
+#pragma once
+
+#include <string_view>
+
+#include "linalg/array.hpp"     // for array1
+#include "text/fixed_text.hpp"  // for text
+
+namespace vbn {
+
+// Symbol of an atomic number from 1 to 118.
+std::string_view element_symbol(int nat);
+
+// symbol(i) of nat(i). A number outside 1 to 118 is told on standard output and stops the run.
+void nat_to_symbol(const array1<int>& nat, array1<text<2>>& symbol);
+
+// Atomic number of a symbol; blanks around it and case do not matter. 0 when no element has it.
+int symbol_to_nat(std::string_view symbol);
+
+// Mass in amu of the most abundant isotope (of Se the average over its isotopes). 0.0 for Pm and from No on,
+// of which no mass is held, and for a number outside 1 to 118: who divides by a mass stops there first.
+double nat_to_mass(int nat);
+
+// Bond radius of each nat(i) in angstrom, 0.0 for Na, Mg, K and Ca. `info` is 0, or -1 for a number outside 1
+// to 105, whose radius and those after it stay as they were.
+void nat_to_radius(const array1<int>& nat, array1<double>& radius, int& info);
+
+// sym_num(i) names atom i by symbol and running number, as " C(3)".
+void get_sym_num(const array1<text<2>>& symbol, array1<text<10>>& sym_num);
+
+}  // namespace vbn

@@ -1,0 +1,138 @@
+// Files and streams that lines are written to.
+#include "text/output_file.hpp"  // for output_file
+
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+#include "text/layout.hpp"  // for layout, value
+#include "text/number.hpp"  // for shortest
+#include "text/stop.hpp"    // for fail
+#include "text/words.hpp"   // for trim
+
+namespace vbn {
+
+namespace {
+
+constexpr std::size_t flush_size = 1 << 18;  // bytes held back before they are written
+
+[[noreturn]] void cannot_write(const std::string& name, int error) {
+  fail({std::string("cannot write the file: ") + std::strerror(error), name, 0, "", 0,
+        "a folder that can be written to, with room for the results"});
+}
+
+void put_free_form(std::string& out, std::initializer_list<value> values) {
+  for (const value& v : values) {
+    out += ' ';
+    switch (v.type()) {
+      case value::kind::integer:
+        out += std::to_string(v.integer());
+        break;
+      case value::kind::real:
+        out += shortest(v.real());
+        break;
+      case value::kind::characters:
+        out += v.characters();
+        break;
+    }
+  }
+  if (values.size() == 0) out += ' ';
+  out += '\n';
+}
+
+}  // namespace
+
+output_file::output_file(std::string name) : name_(trim(name)) {
+  file_ = std::fopen(name_.c_str(), "wb");
+  if (file_ == nullptr) cannot_write(name_, errno);
+  std::setvbuf(file_, nullptr, _IONBF, 0);
+}
+
+output_file::output_file(output_file&& other) noexcept
+    : name_(std::move(other.name_)),
+      file_(std::exchange(other.file_, nullptr)),
+      held_(std::move(other.held_)) {
+  other.held_.clear();
+}
+
+output_file& output_file::operator=(output_file&& other) noexcept {
+  output_file taken(std::move(other));
+  std::swap(name_, taken.name_);
+  std::swap(file_, taken.file_);
+  std::swap(held_, taken.held_);
+  return *this;
+}
+
+output_file::~output_file() {
+  if (file_ == nullptr) return;
+  std::fwrite(held_.data(), 1, held_.size(), file_);
+  std::fclose(file_);
+}
+
+void output_file::write(const layout& lines, std::initializer_list<value> values) {
+  lines.write(held_, values);
+  flush_if_full();
+}
+
+void output_file::write(const layout& lines, std::span<const value> values) {
+  lines.write(held_, values);
+  flush_if_full();
+}
+
+void output_file::write(const layout& lines, std::span<const double> values) {
+  lines.write(held_, values);
+  flush_if_full();
+}
+
+void output_file::line(std::string_view text) {
+  held_ += text;
+  held_ += '\n';
+  flush_if_full();
+}
+
+void output_file::raw(std::string_view text) {
+  held_ += text;
+  flush_if_full();
+}
+
+void output_file::free_form(std::initializer_list<value> values) {
+  put_free_form(held_, values);
+  flush_if_full();
+}
+
+void output_file::close() {
+  if (file_ == nullptr) return;
+  flush();
+  if (std::fclose(std::exchange(file_, nullptr)) != 0) cannot_write(name_, errno);
+}
+
+void output_file::flush_if_full() {
+  if (file_ == nullptr) throw std::logic_error("a file is written to that is not open");
+  if (held_.size() >= flush_size) flush();
+}
+
+void output_file::flush() {
+  const std::size_t written = std::fwrite(held_.data(), 1, held_.size(), file_);
+  if (written != held_.size()) {
+    const int error = errno;
+    held_.clear();
+    std::fclose(std::exchange(file_, nullptr));
+    cannot_write(name_, error);
+  }
+  held_.clear();
+}
+
+void tell(const layout& lines, std::initializer_list<value> values) {
+  std::string out;
+  lines.write(out, values);
+  std::fwrite(out.data(), 1, out.size(), stdout);
+}
+
+void tell_free(std::initializer_list<value> values) {
+  std::string out;
+  put_free_form(out, values);
+  std::fwrite(out.data(), 1, out.size(), stdout);
+}
+
+}  // namespace vbn

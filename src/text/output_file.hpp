@@ -1,0 +1,56 @@
+// Text files that are written, and lines on standard output.
+#pragma once
+
+#include <cstdio>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "text/layout.hpp"  // for layout and value
+
+namespace vbn {
+
+// A text file being written. Opening creates it or replaces what it held. A file that cannot be opened,
+// written or closed ends the run with a message that names it.
+class output_file {
+ public:
+  output_file() = default;  // not open; what is written to it is an error of the program
+  explicit output_file(std::string name);
+  output_file(output_file&&) noexcept;
+  output_file& operator=(output_file&&) noexcept;
+  output_file(const output_file&) = delete;
+  output_file& operator=(const output_file&) = delete;
+  ~output_file();  // writes what is held, without a message when that fails
+
+  // One write of the values under the layout.
+  void write(const layout& lines, std::initializer_list<value> values = {});
+  void write(const layout& lines, std::span<const value> values);
+  void write(const layout& lines, std::span<const double> values);
+  // A line as it stands.
+  void line(std::string_view text);
+  // Bytes as they stand, line ends included.
+  void raw(std::string_view text);
+  // A free-form record: one leading blank, then the values separated by blanks.
+  void free_form(std::initializer_list<value> values);
+
+  const std::string& name() const { return name_; }
+  // Writes out what is held and closes the file.
+  void close();
+
+ private:
+  void flush_if_full();
+  void flush();
+
+  std::string name_;
+  std::FILE* file_ = nullptr;
+  std::string held_;
+};
+
+// Writes the values under the layout to standard output.
+void tell(const layout& lines, std::initializer_list<value> values = {});
+
+// A free-form record on standard output: one leading blank, then the values separated by blanks.
+void tell_free(std::initializer_list<value> values);
+
+}  // namespace vbn

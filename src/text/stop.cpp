@@ -1,0 +1,59 @@
+// The one way out of a run, and the shape of the messages that go with it.
+#include "text/stop.hpp"  // for run_end
+
+#include <algorithm>
+#include <cstdio>
+
+namespace vbn {
+
+namespace {
+
+constexpr std::size_t shown_width = 160;  // characters of a faulty line that are shown
+
+// The line as a terminal can show it: control characters and bytes that are no ASCII become blanks and dots.
+std::string printable(std::string_view line) {
+  std::string shown(line);
+  for (char& c : shown) {
+    if (c == '\t' || c == '\r') {
+      c = ' ';
+    } else if (static_cast<unsigned char>(c) < 32 || static_cast<unsigned char>(c) > 126) {
+      c = '.';
+    }
+  }
+  return shown;
+}
+
+}  // namespace
+
+void stop(std::string_view text) { throw run_end{0, "STOP " + std::string(text) + "\n"}; }
+
+void stop() { throw run_end{0, ""}; }
+
+void exit_run(int status) { throw run_end{status, ""}; }
+
+std::string fault_message(const fault& f) {
+  std::string message = "error: " + f.what + "\n";
+  if (!f.file.empty()) {
+    message += "  in " + f.file;
+    if (f.line > 0) message += ", line " + std::to_string(f.line);
+    message += "\n";
+  }
+  if (f.line > 0 && !f.text.empty()) {
+    // A long line is shown around its spot.
+    const std::size_t spot = f.column > 0 ? static_cast<std::size_t>(f.column - 1) : 0;
+    const std::size_t from = spot < shown_width ? 0 : std::min(spot, f.text.size()) - shown_width / 2;
+    message += "  | " + printable(std::string_view(f.text).substr(from, shown_width)) + "\n";
+    if (f.column > 0) message += "  | " + std::string(spot - from, ' ') + "^\n";
+  }
+  if (!f.expected.empty()) message += "  expected: " + f.expected + "\n";
+  return message;
+}
+
+void fail(const fault& f) { throw run_end{1, fault_message(f)}; }
+
+void warn(std::string_view text) {
+  const std::string line = "warning: " + std::string(text) + "\n";
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace vbn
