@@ -5,7 +5,7 @@
 #include <span>
 
 #include "frame/hessian.hpp"     // for fc_to_fcm, eigenvalues_to_frequencies
-#include "linalg/blas.hpp"       // for ddot_, dscal_, dcopy_
+#include "linalg/blas.hpp"       // for ddot_
 #include "linalg/eigen.hpp"      // for diag_symm
 #include "linalg/matmul.hpp"     // for matmul, matmul_add
 #include "text/output_file.hpp"  // for tell_free
@@ -21,8 +21,6 @@ constexpr int one = 1;                      // stride of a column
 double* column(array2<double>& v, int j) { return v.column(j).data(); }
 
 double dot(int n, const double* v1, const double* v2) { return ddot_(&n, v1, &one, v2, &one); }
-
-void scale(int n, double factor, double* v) { dscal_(&n, &factor, v, &one); }
 
 double sprod(std::span<const double> v1, std::span<const double> v2) {
   double sum = 0.0;
@@ -50,7 +48,7 @@ void gram_schmidt(array2<double>& v, bool tell_dependent) {
     }
     const double r = dot(n, vi, vi);
     if (r > smallest_square) {
-      scale(n, 1.0 / std::sqrt(r), vi);
+      vscal(1.0 / std::sqrt(r), v.column(i));
       continue;
     }
     for (double& element : v.column(i)) element = 0.0;
@@ -64,11 +62,9 @@ void gram_schmidt(array2<double>& v, bool tell_dependent) {
 // h := (I - w1) h (I - w1) with w1 = v v^T, as the sum of its terms.
 void project_out(const array2<double>& v, array2<double>& h) {
   const int n = h.rows();
-  const int elements = n * n;
-  array2<double> hessp(n, n);
+  array2<double> hessp = h;
   array2<double> w1(n, n);
   array2<double> w2(n, n);
-  dcopy_(&elements, h.data(), &one, hessp.data(), &one);
   matmul_add(1.0, v, op::plain, v, op::transposed, 0.0, w1);
   matmul_add(1.0, w1, op::plain, h, op::plain, 0.0, w2);
   matmul_add(1.0, w2, op::plain, w1, op::plain, 1.0, hessp);

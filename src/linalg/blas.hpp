@@ -4,8 +4,6 @@
 extern "C" {
 
 double ddot_(const int* n, const double* x, const int* incx, const double* y, const int* incy);
-void dscal_(const int* n, const double* alpha, double* x, const int* incx);
-void dcopy_(const int* n, const double* x, const int* incx, double* y, const int* incy);
 void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
             const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
             const double* beta, double* c, const int* ldc);

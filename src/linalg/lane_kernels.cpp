@@ -1,7 +1,9 @@
 // Compiles the inner loops of the eigensolver for each vector width and tells which the processor can run.
 //
 // Each width has its own namespace: the linker would merge functions of one name, and run one of them for
-// all. For the same reason nothing of the standard library is instantiated inside.
+// all. For the same reason nothing of the standard library is instantiated inside. g++ (from 12, which has
+// __builtin_shufflevector) and clang each have their own pragma for the instructions of a namespace, and
+// ignore the other's.
 #include "linalg/lane_kernels.hpp"  // for lane_kernels
 
 #include <cstring>
@@ -26,8 +28,12 @@ void transpose(lanes* a) {
 }  // namespace width2
 
 #ifdef __x86_64__
+#ifdef __clang__
+#pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
+#else
 #pragma GCC push_options
 #pragma GCC target("avx2")
+#endif
 namespace width4 {
 constexpr int width = 4;
 constexpr int group = 4;
@@ -46,10 +52,18 @@ void transpose(lanes* a) {
 #include "linalg/strip_kernels.inc"     // for the three kernels over strips
 #include "linalg/reduction_kernel.inc"  // for update_and_multiply
 }  // namespace width4
+#ifdef __clang__
+#pragma clang attribute pop
+#else
 #pragma GCC pop_options
+#endif
 
+#ifdef __clang__
+#pragma clang attribute push(__attribute__((target("avx512f"))), apply_to = function)
+#else
 #pragma GCC push_options
 #pragma GCC target("avx512f")
+#endif
 namespace width8 {  // the strips only: to turn wider tiles costs the reduction more than it gains
 constexpr int width = 8;
 constexpr int group = 2;
@@ -57,7 +71,11 @@ constexpr int waves = 3;
 using lanes = double __attribute__((vector_size(width * sizeof(double))));
 #include "linalg/strip_kernels.inc"  // for the three kernels over strips
 }  // namespace width8
+#ifdef __clang__
+#pragma clang attribute pop
+#else
 #pragma GCC pop_options
+#endif
 #endif
 
 constexpr lane_kernels all_kernels[] = {

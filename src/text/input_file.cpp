@@ -16,12 +16,17 @@ namespace vbn {
 
 namespace {
 
-// A file descriptor that is closed when its owner goes.
-struct file_handle {
-  int number;
+// A file descriptor that is closed when its owner goes; below zero when the file was not opened.
+class file_handle {
+ public:
+  explicit file_handle(int descriptor) : number(descriptor) {}
+  file_handle(const file_handle&) = delete;
+  file_handle& operator=(const file_handle&) = delete;
   ~file_handle() {
     if (number >= 0) ::close(number);
   }
+
+  const int number;
 };
 
 }  // namespace
@@ -44,7 +49,7 @@ std::optional<input_file> input_file::open(std::string_view name, std::string& w
   input_file f;
   f.name_ = trim(name);
   // A FIFO without a writer would block the opening.
-  const file_handle handle{::open(f.name_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+  const file_handle handle(::open(f.name_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat about;
   if (handle.number < 0 || ::fstat(handle.number, &about) != 0) {
     why = std::strerror(errno);

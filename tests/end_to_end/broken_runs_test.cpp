@@ -138,7 +138,7 @@ TEST(broken_runs, bytes_that_no_program_writes) {
   broken.attempt("", "empty");
   broken.attempt(std::string(100000, '\0'), "zeros");
   std::string binary;
-  for (int i = 0; i < 65536; ++i) binary += static_cast<char>((i * 2654435761u) >> 24);
+  for (unsigned i = 0; i < 65536; ++i) binary += static_cast<char>((i * 2654435761u) >> 24);
   broken.attempt(binary, "binary");
   broken.attempt(sound + binary, "binary behind a sound file");
   std::string long_line(1 << 20, '7');
