@@ -1,4 +1,4 @@
-// The stages of a run in their order; what each of them does is told where it stands.
+// The steps of a run in their order.
 #include "app/driver.hpp"  // for run_stages
 
 #include <string>
@@ -9,8 +9,8 @@
 #include "couplings/nacme.hpp"             // for get_nacme
 #include "couplings/nacme_file.hpp"        // for get_nacme_n3
 #include "couplings/nacme_projection.hpp"  // for proj_nacm, print_nacm
-#include "frame/eckart.hpp"                // for do_eckart
-#include "frame/hessian.hpp"               // for get_hess, get_isotope, get_freq, fc_to_fcm
+#include "frame/eckart.hpp"                // for do_eckart, rotate_state
+#include "frame/hessian.hpp"               // for get_hess, get_isotope, get_freq, frequencies_of
 #include "frame/inertial.hpp"              // for get_inertial
 #include "frame/projection.hpp"            // for get_proj_hessian
 #include "input/input_group.hpp"           // for init, read_input, check
@@ -24,7 +24,6 @@
 #include "modes/shared_hessian.hpp"        // for use_same_hessian
 #include "modes/signs.hpp"                 // for set_positive_diag, set_proper_rotation
 #include "molecule/record.hpp"             // for states
-#include "molecule/storage.hpp"            // for vbn_allocate, int_allocate
 #include "output/log_sections.hpp"         // for print_coord, print_freq
 #include "output/mode_data.hpp"            // for write_vbn, write_vbn_int
 #include "output/viewer_files.hpp"         // for write_file_coord
@@ -40,34 +39,54 @@ namespace vbn {
 
 namespace {
 
-// What the keys mean for the run and for the records.
+// What the keys mean for the run and for the states.
 void take_keys(run_data& run) {
   input_data& input = run.input;
   input.do_nacme = !input.fnacme.blank();
   input.do_tdipd = !input.ftdipd.blank();
   for (int k = 1; k <= 2; ++k) {
     states& state = run.state(k);
-    state.ffreq = input.ffreq(k);
-    state.start_mode = input.start_mode;
-    state.symm_tol = input.symm_tol;
-    if (input.do_nacme) state.fnacm = input.fnacme;
-    if (input.do_tdipd) state.ftdipd = input.ftdipd;
+    state.file.ffreq = input.ffreq(k);
+    state.couplings.fnacm = input.fnacme;
+    state.dipole.ftdipd = input.ftdipd;
   }
+}
+
+void read_keys(run_data& run, std::string_view argument) {
+  init(run.input);
+  run.input.finp = argument;
+  read_input(run.input);
+  run.input.prefix = "vbn";
+  run.fout = output_file(run.input.prefix.str() + ".out");
+  take_keys(run);
 }
 
 // The two states are compared coordinate by coordinate, so they must have the same atoms.
 void require_equal_sizes(const run_data& run) {
   const states& one = run.state(1);
   const states& two = run.state(2);
-  if (one.natom == two.natom) return;
-  fail({.what = "the two states have different numbers of atoms: " + std::to_string(one.natom) + " in " +
-                one.ffreq.str() + ", " + std::to_string(two.natom) + " in " + two.ffreq.str(),
-        .file = two.ffreq.str(),
+  if (one.atoms.natom == two.atoms.natom) return;
+  fail({.what = "the two states have different numbers of atoms: " + std::to_string(one.atoms.natom) +
+                " in " + one.file.ffreq.str() + ", " + std::to_string(two.atoms.natom) + " in " +
+                two.file.ffreq.str(),
+        .file = two.file.ffreq.str(),
         .expected = "two calculations on one molecule, with the atoms in the same order"});
 }
 
+// File kinds, atoms, geometries, force constants, and the frequencies before any projection.
+void read_states(run_data& run) {
+  for (states& it : run.state) get_na(it);
+  require_equal_sizes(run);
+  for (states& it : run.state) get_oniom_index(it);
+  for (states& it : run.state) {
+    get_hess(it.file, it.atoms, it.force);
+    it.modes.freq0 = frequencies_of(it.force.fcm());
+  }
+  warn_of_files(run.state);
+}
+
 // The state that the couplings or dipole derivatives of a file belong to: the first whose geometry is the one
-// of the file. Without one it is told, and the choice of the input stays.
+// of the file. Without one a line is printed, and the choice of the input stays.
 void choose_state(bool first, bool second, const text<200>& file, int& proj) {
   static const layout mismatch(R"(("Error! The coordiantes from ",a," are different from two states!"))");
   if (first) {
@@ -79,6 +98,97 @@ void choose_state(bool first, bool second, const text<200>& file, int& proj) {
   }
 }
 
+// Couplings and dipole derivatives, and the state that they belong to.
+void read_couplings(run_data& run) {
+  input_data& input = run.input;
+  array1<states>& state = run.state;
+  if (input.do_nacme) {
+    for (states& it : state) get_nacme(it);
+    choose_state(state(1).couplings.ifnac, state(2).couplings.ifnac, input.fnacme, input.proj_nacme);
+  }
+  if (input.do_tdipd) {
+    for (states& it : state) get_tdipd(it);
+    choose_state(state(1).dipole.ifdip, state(2).dipole.ifdip, input.ftdipd, input.proj_tdipd);
+  }
+}
+
+// Both states take the force constants of one, each with its own geometry and masses.
+void select_force_constants(array1<states>& state, int select_state) {
+  if (select_state != 1 && select_state != 2) return;
+  states& to = state(3 - select_state);
+  to.force.set_fc(to.atoms.sqtmass, state(select_state).force.fc());
+}
+
+void print_coords(run_data& run, const std::string& frame) {
+  for (int k = 1; k <= 2; ++k) {
+    print_coord(run.fout, run.state(k).atoms, k,
+                frame + " Coordinate (Angstrom) for state " + std::to_string(k));
+  }
+}
+
+// Each state in its own inertial frame, without translations and rotations.
+void bring_to_frames(run_data& run) {
+  const input_data& input = run.input;
+  print_coords(run, "Original");
+  for (states& it : run.state) {
+    if (input.if_isotope)
+      get_isotope(it.file, max_list, input.mass_atom, input.mass_type, it.atoms, it.force);
+  }
+  for (states& it : run.state) get_inertial(it);
+  for (states& it : run.state) get_enforce_symm(input.enforce_symm, input.symm_tol, it);
+  for (states& it : run.state) {
+    // Of an ONIOM state the layer that is left out holds the atoms in their place.
+    if (!it.file.ifoniom) get_proj_hessian(it.atoms, input.proj_hessian, it.force);
+    if (input.point_group) it.modes.freq1 = frequencies_of(it.force.fcm());
+  }
+}
+
+// State 1 on state 2.
+void align_states(run_data& run) {
+  const input_data& input = run.input;
+  states& g = run.state(1);
+  const array2<double> rot =
+      do_eckart(g.atoms.x, run.state(2).atoms.x, g.atoms.mass, input.set_eckart_order, run.fout);
+  rotate_state(rot, input.do_nacme && input.proj_nacme == 1, input.do_tdipd && input.proj_tdipd == 1, g);
+  print_coords(run, "Eckart  ");
+}
+
+// Frequencies and modes, and their representations.
+void find_modes(run_data& run) {
+  if (run.input.eckart_rot == 2) align_states(run);
+  print_coords(run, "Inertial");
+  for (states& it : run.state) get_freq(it.force, it.modes);
+  for (int k = 1; k <= 2; ++k) {
+    print_freq0(run.fout, run.state(k).modes, k);
+    print_freq(run.fout, run.state(k).modes, k);
+  }
+  warn_of_modes(run.state);
+  if (!run.input.point_group) return;
+  for (states& it : run.state) get_point_group(it.atoms.sqtmass, it.symmetry, it.force, it.modes);
+  for (const states& it : run.state) print_point_group(it, run.fout);
+}
+
+void find_internal_coordinates(run_data& run) {
+  const input_data& input = run.input;
+  for (states& it : run.state) it.internal = get_int_coord(it.atoms, it.file.ffreq.str(), input);
+  for (const states& it : run.state) print_int_coord(it.internal, it.atoms, run.fout);
+  for (states& it : run.state)
+    it.basis = get_int_gmatrix(it.atoms, it.internal.br, it.file.ffreq.str(), input.gcut, run.fout);
+  for (states& it : run.state)
+    if (input.proj_f0) get_proj_f0(it.basis.bm, it.force);
+}
+
+// The relation of the two sets of modes, their pairs and their signs.
+void relate_modes(run_data& run) {
+  const input_data& input = run.input;
+  if (input.eckart_rot == 1) align_states(run);
+  use_same_hessian(run.state, input.same_hessian);
+  get_vbn(run.state, input);
+  set_positive_diag(run.state, input.positive_diag, input);
+  set_proper_rotation(run.state, input.proper_rotation, input);
+  warn_of_distance(run.state);
+}
+
 void require_state(int proj, const char* key, const text<200>& file) {
   if (proj == 1 || proj == 2) return;
   fail(
@@ -87,166 +197,62 @@ void require_state(int proj, const char* key, const text<200>& file) {
        .expected = std::string("a file made at the geometry of one of the states, or ") + key + " = 1 or 2"});
 }
 
-// Both states take the force constants of one, each with its own geometry and masses; `fcm` follows, since
-// the inertial step starts from it.
-void select_force_constants(array1<states>& state, int select_state) {
-  if (select_state != 1 && select_state != 2) return;
-  const states& from = state(select_state);
-  states& to = state(3 - select_state);
-  to.fc0 = from.fc0;
-  to.fc = from.fc;
-  int info = 0;
-  fc_to_fcm(to.n3, to.sqtmass, to.fc, to.fcm, 1, info);
-}
-
-void print_coords(run_data& run, const std::string& frame) {
-  for (int k = 1; k <= 2; ++k) {
-    print_coord(run.fout, run.state(k), k, frame + " Coordinate (Angstrom) for state " + std::to_string(k));
+// Couplings and dipole derivatives along the modes of state 1, whichever state they belong to.
+void report_couplings(run_data& run, std::string_view fname) {
+  const input_data& input = run.input;
+  const normal_modes& modes = run.state(1).modes;
+  if (input.do_nacme) {
+    require_state(input.proj_nacme, "proj_nacme", input.fnacme);
+    const states& coupled = run.state(input.proj_nacme);
+    print_nacm(coupled, proj_nacm(coupled.couplings.nacme_x0, coupled.atoms, modes.cm, input.start_mode),
+               proj_nacm(coupled.couplings.nacme_x, coupled.atoms, modes.cm, input.start_mode),
+               input.proj_nacme, input.start_mode, run.fout);
   }
+  if (input.do_tdipd) {
+    require_state(input.proj_tdipd, "proj_tdipd", input.ftdipd);
+    const states& excited = run.state(input.proj_tdipd);
+    write_tdipd(excited.dipole.dip0, proj_dip(excited.dipole, excited.atoms, modes.cm), fname);
+  }
+  get_nacme_n3(run.state, fname);
 }
 
-void align_states(run_data& run) {
-  do_eckart(run.state(1), run.state(2), run.input, run.fout);
-  print_coords(run, "Eckart  ");
+void write_cartesian_route(run_data& run) {
+  const std::string fname = run.input.prefix.str() + ".cart";
+  report_couplings(run, fname);
+  write_vbn(run.state, fname, run.input);
+  write_file_coord(run.state, run.input.prefix.trimmed());
+}
+
+void write_internal_route(run_data& run) {
+  check_int_coord(run.state, run.input, run.fout);
+  warn_of_routes(run.state);
+  write_vbn_int(run.state, run.input.prefix.str() + ".dint", run.input);
 }
 
 }  // namespace
 
 void run_stages(run_data& run, std::string_view argument) {
-  input_data& input = run.input;
-  array1<states>& state = run.state;
+  const input_data& input = run.input;
   stage_clock clock;
-
-  // 1 to 3: the input group.
-  init(input);
-  input.finp = argument;
-  read_input(input);
-
-  // 4: the log.
-  input.prefix = "vbn";
-  text<100> fname = input.prefix.str() + ".out";
-  run.fout = output_file(fname.str());
-
-  // 5 and 6: file names and keys into the records.
-  take_keys(run);
-  clock.ends(6, "input");
-
-  // 7 and 8: file kinds, atom counts, storage.
-  for (states& it : state) get_na(it);
-  require_equal_sizes(run);
-  run.natom = state(1).natom;
-  run.n3 = state(1).n3;
-  for (states& it : state) vbn_allocate(it);
-  for (states& it : state) get_oniom_index(it);
-  clock.ends(8, "atom counts");
-
-  // 9: coordinates, masses, force constants, raw frequencies.
-  for (states& it : state) get_hess(it);
-  warn_of_files(state);
-  clock.ends(9, "files and raw frequencies");
-
-  // 10 and 11: couplings and dipole derivatives, and the state that they belong to.
-  if (input.do_nacme) {
-    for (states& it : state) get_nacme(it);
-    choose_state(state(1).ifnac, state(2).ifnac, input.fnacme, input.proj_nacme);
-  }
-  if (input.do_tdipd) {
-    for (states& it : state) get_tdipd(it);
-    choose_state(state(1).ifdip, state(2).ifdip, input.ftdipd, input.proj_tdipd);
-  }
-
-  // 12: one state's force constants for both.
-  select_force_constants(state, input.select_state);
-
-  // 13: the keys, which can be checked only with the atoms known.
-  check(input, run.natom);
-  clock.ends(13, "couplings and keys");
-
-  // 14 to 18: each state in its own frame.
-  for (int k = 1; k <= 2; ++k) {
-    print_coord_origin(run.fout, state(k), k,
-                       "Original Coordinate (Angstrom) for state " + std::to_string(k));
-  }
-  if (input.if_isotope) {
-    for (states& it : state) get_isotope(it, max_list, input.mass_atom, input.mass_type);
-  }
-  for (states& it : state) get_inertial(it);
-  clock.ends(16, "inertial frame");
-  for (states& it : state) get_enforce_symm(it, input.enforce_symm);
-  clock.ends(17, "symmetry");
-  for (states& it : state) get_proj_hessian(it, input.proj_hessian);
-  clock.ends(18, "Hessian projection");
-
-  // 19 to 22: state 1 on state 2, final frequencies and modes.
-  if (input.eckart_rot == 2) align_states(run);
-  print_coords(run, "Inertial");
-  for (states& it : state) get_freq(it);
-  for (int k = 1; k <= 2; ++k) {
-    print_freq0(run.fout, state(k), k);
-    print_freq(run.fout, state(k), k);
-  }
-  warn_of_modes(state);
-  clock.ends(22, "frequencies");
-
-  // 23: representations.
-  if (input.point_group) {
-    for (states& it : state) get_point_group(it);
-    for (const states& it : state) print_point_group(it, run.fout);
-    clock.ends(23, "mode classification");
-  }
-
-  // 24: internal coordinates.
-  if (!input.set_cart) {
-    for (states& it : state) get_int_coord(it, input);
-    for (states& it : state) int_allocate(it);
-    for (const states& it : state) print_int_coord(it, run.fout);
-    clock.ends(24, "redundant coordinates");
-    for (states& it : state) get_int_gmatrix(it, input.gcut, run.fout);
-    for (states& it : state) get_proj_f0(it, input.proj_f0);
-    clock.ends(24, "non-redundant basis");
-  }
-
-  // 25 to 28: the relation of the two sets of modes.
-  if (input.eckart_rot == 1) align_states(run);
-  use_same_hessian(state, input.same_hessian);
-  get_vbn(state, input);
-  set_positive_diag(state, input.positive_diag, input);
-  set_proper_rotation(state, input.proper_rotation, input);
-  warn_of_distance(state);
-  clock.ends(28, "Duschinsky and pairing");
-
-  // 29 to 33: output of the Cartesian route.
-  fname = input.prefix.str() + ".cart";
-  if (input.do_nacme) {
-    require_state(input.proj_nacme, "proj_nacme", input.fnacme);
-    states& coupled = state(input.proj_nacme);
-    proj_nacm(coupled, state(1));
-    print_nacm(coupled, input.proj_nacme, run.fout);
-  }
-  if (input.do_tdipd) {
-    require_state(input.proj_tdipd, "proj_tdipd", input.ftdipd);
-    proj_dip(state(input.proj_tdipd), state(1));
-    write_tdipd(state(input.proj_tdipd), fname.trimmed());
-  }
-  get_nacme_n3(state, fname.trimmed());
-  write_vbn(state, fname.trimmed(), input);
-  clock.ends(33, "Cartesian data files");
-  write_file_coord(state, input.prefix.trimmed());
-  clock.ends(33, "viewer files");
-
-  // 34: the route through the internal coordinates.
-  if (!input.set_cart) {
-    check_int_coord(state, input, run.fout);
-    warn_of_routes(state);
-    clock.ends(34, "internal displacements");
-    fname = input.prefix.str() + ".dint";
-    write_vbn_int(state, fname.trimmed(), input);
-    for (states& it : state) int_deallocate(it);
-    clock.ends(34, "internal data files");
-  }
-
-  // 35: the end.
-  for (states& it : state) dush_deallocate(it);
+  read_keys(run, argument);
+  read_states(run);
+  clock.ends("files and raw frequencies");
+  read_couplings(run);
+  select_force_constants(run.state, input.select_state);
+  check(run.input, run.state(1).atoms.natom);
+  clock.ends("couplings and keys");
+  bring_to_frames(run);
+  clock.ends("inertial frames");
+  find_modes(run);
+  clock.ends("modes");
+  if (!input.set_cart) find_internal_coordinates(run);
+  clock.ends("internal coordinates");
+  relate_modes(run);
+  clock.ends("Duschinsky and pairing");
+  write_cartesian_route(run);
+  clock.ends("Cartesian route");
+  if (!input.set_cart) write_internal_route(run);
+  clock.ends("internal route");
 }
 
 }  // namespace vbn

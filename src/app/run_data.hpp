@@ -12,9 +12,7 @@ namespace vbn {
 struct run_data {
   input_data input;
   array1<states> state{2};  // state(1) the ground state g, state(2) the excited state e
-  int natom = 0;
-  int n3 = 0;
-  output_file fout;  // the log
+  output_file fout;         // the log
 };
 
 }  // namespace vbn

@@ -1,4 +1,4 @@
-// Wall time of each stage on the error stream, in builds that are asked for it (VBN_STAGE_TIMES).
+// Wall time of each step on the error stream, in builds that are asked for it (VBN_STAGE_TIMES).
 #pragma once
 
 #ifdef VBN_STAGE_TIMES
@@ -8,21 +8,20 @@
 
 namespace vbn {
 
-// Call with the number and the name of the stage that ends. Costs nothing in a build without the option.
+// Call with the name of the step that ends. Costs nothing in a build without the option.
 class stage_clock {
  public:
 #ifdef VBN_STAGE_TIMES
-  void ends(int stage, const char* name) {
+  void ends(const char* name) {
     const auto now = std::chrono::steady_clock::now();
-    std::fprintf(stderr, "stage %2d %-28s %10.4f s\n", stage, name,
-                 std::chrono::duration<double>(now - last_).count());
+    std::fprintf(stderr, "%-28s %10.4f s\n", name, std::chrono::duration<double>(now - last_).count());
     last_ = now;
   }
 
  private:
   std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
 #else
-  void ends(int, const char*) {}
+  void ends(const char*) {}
 #endif
 };
 

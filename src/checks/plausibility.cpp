@@ -31,28 +31,28 @@ std::string with_digits(double number, int digits) {
 }
 
 std::string of_state(const states& state, int k) {
-  return "state " + std::to_string(k) + " (" + state.ffreq.str() + ")";
+  return "state " + std::to_string(k) + " (" + state.file.ffreq.str() + ")";
 }
 
 // How much a turn of the molecule as a whole changes the force on it, in parts of the largest force that a
 // normalised mass-weighted displacement of one coordinate gives. Of a Hessian at a stationary point in the
 // frame of `x0` it is the noise of the calculation.
 double turn_felt(const states& state) {
-  array2<double> xc = state.x0;
-  com(state.massau, xc);
-  const array2<double> v = formtrm1(state.massau, xc);
+  array2<double> xc = state.atoms.x;
+  com(state.atoms.massau, xc);
+  const array2<double> v = formtrm1(state.atoms.massau, xc);
   double largest = 0.0;
-  for (int j = 1; j <= state.n3; ++j) {
+  for (int j = 1; j <= state.atoms.n3; ++j) {
     double column = 0.0;
-    for (int i = 1; i <= state.n3; ++i) column += state.fcm0(i, j) * state.fcm0(i, j);
+    for (int i = 1; i <= state.atoms.n3; ++i) column += state.force.fcm()(i, j) * state.force.fcm()(i, j);
     largest = std::max(largest, std::sqrt(column));
   }
   double felt = 0.0;
   for (int turn = 4; turn <= 6; ++turn) {
     double force = 0.0;
-    for (int i = 1; i <= state.n3; ++i) {
+    for (int i = 1; i <= state.atoms.n3; ++i) {
       double row = 0.0;
-      for (int j = 1; j <= state.n3; ++j) row += state.fcm0(j, i) * v(j, turn);
+      for (int j = 1; j <= state.atoms.n3; ++j) row += state.force.fcm()(j, i) * v(j, turn);
       force += row * row;
     }
     felt = std::max(felt, std::sqrt(force));
@@ -61,19 +61,19 @@ double turn_felt(const states& state) {
 }
 
 bool is_linear(const states& state) {
-  array2<double> x = state.x;
-  inertm(state.massau, x);
-  for (int i = 1; i <= state.natom; ++i) {
+  array2<double> x = state.atoms.x;
+  inertm(state.atoms.massau, x);
+  for (int i = 1; i <= state.atoms.natom; ++i) {
     if (std::hypot(x(2, i), x(3, i)) > linear_limit) return false;
   }
-  return state.natom > 1;
+  return state.atoms.natom > 1;
 }
 
 }  // namespace
 
 void warn_of_files(const array1<states>& state) {
   for (int k = 1; k <= 2; ++k) {
-    if (state(k).ifoniom) continue;  // a layer alone feels the other one
+    if (state(k).file.ifoniom) continue;  // a layer alone feels the other one
     const double felt = turn_felt(state(k));
     if (felt < frame_limit) continue;
     warn(of_state(state(k), k) + ": turning the molecule changes the force on it by " +
@@ -81,11 +81,11 @@ void warn_of_files(const array1<states>& state) {
          " % of its largest; the Hessian stands in another frame than the geometry, or not at a stationary "
          "point");
   }
-  for (int i = 1; i <= state(1).natom; ++i) {
-    if (state(1).nat(i) == state(2).nat(i)) continue;
-    warn("atom " + std::to_string(i) + " is " + state(1).symbol(i).str() + " in " + state(1).ffreq.str() +
-         " and " + state(2).symbol(i).str() + " in " + state(2).ffreq.str() +
-         ": displacements mean something only with the atoms in one order");
+  for (int i = 1; i <= state(1).atoms.natom; ++i) {
+    if (state(1).atoms.nat(i) == state(2).atoms.nat(i)) continue;
+    warn("atom " + std::to_string(i) + " is " + state(1).atoms.symbol(i).str() + " in " +
+         state(1).file.ffreq.str() + " and " + state(2).atoms.symbol(i).str() + " in " +
+         state(2).file.ffreq.str() + ": displacements mean something only with the atoms in one order");
     return;
   }
 }
@@ -101,14 +101,14 @@ void warn_of_modes(const array1<states>& state) {
     }
     int imaginary = 0;
     int zero = 0;
-    for (int i = 1; i <= it.n3; ++i) {
-      const double freq = au_to_cm * it.freq(i);
+    for (int i = 1; i <= it.atoms.n3; ++i) {
+      const double freq = au_to_cm * it.modes.freq(i);
       if (freq < -near_zero) ++imaginary;
       if (std::abs(freq) <= near_zero) ++zero;
     }
     if (imaginary > 0) {
       warn(of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
-           with_digits(au_to_cm * it.freq(1), 2) +
+           with_digits(au_to_cm * it.modes.freq(1), 2) +
            " cm-1; they stand first and move the modes of no frequency up");
     }
     if (zero > 6) {
@@ -122,27 +122,27 @@ void warn_of_modes(const array1<states>& state) {
 void warn_of_distance(const array1<states>& state) {
   const states& one = state(1);
   double square = 0.0;
-  for (int i = 1; i <= one.natom; ++i) {
+  for (int i = 1; i <= one.atoms.natom; ++i) {
     for (int a = 1; a <= 3; ++a) {
-      const double d = bohr_to_ang * (state(2).x(a, i) - one.x(a, i));
+      const double d = bohr_to_ang * (state(2).atoms.x(a, i) - one.atoms.x(a, i));
       square += d * d;
     }
   }
-  const double distance = std::sqrt(square / one.natom);
+  const double distance = std::sqrt(square / one.atoms.natom);
   if (distance > far_apart) {
     warn("the two geometries are " + with_digits(distance, 3) +
          " angstrom (root mean square) apart: another conformer or another order of the atoms, or a motion "
          "too large "
          "for Cartesian displacements");
   }
-  if (one.n3 <= 6) return;
+  if (one.atoms.n3 <= 6) return;
   double alike = 0.0;
-  for (int i = 7; i <= one.n3; ++i) {
+  for (int i = 7; i <= one.atoms.n3; ++i) {
     double largest = 0.0;
-    for (int j = 7; j <= one.n3; ++j) largest = std::max(largest, std::abs(one.s(i, j)));
+    for (int j = 7; j <= one.atoms.n3; ++j) largest = std::max(largest, std::abs(one.modes.s(i, j)));
     alike += largest * largest;
   }
-  alike /= one.n3 - 6;
+  alike /= one.atoms.n3 - 6;
   if (alike < little_alike) {
     warn("the modes of the two states hardly resemble each other (mean square of the largest overlaps " +
          with_digits(alike, 2) + "): another conformer or another order of the atoms");
@@ -151,8 +151,8 @@ void warn_of_distance(const array1<states>& state) {
 
 void warn_of_routes(const array1<states>& state) {
   for (int k = 1; k <= 2; ++k) {
-    const double cart = au_to_cm * state(k).lamt;
-    const double dint = au_to_cm * state(k).lamt_c;
+    const double cart = au_to_cm * state(k).cart.lamt;
+    const double dint = au_to_cm * state(k).dint.lamt;
     const double low = std::min(cart, dint);
     const double high = std::max(cart, dint);
     if (high - low < routes_difference || high < routes_ratio * low) continue;

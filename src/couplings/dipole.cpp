@@ -23,12 +23,12 @@ namespace {
 constexpr int first_vib = 7;  // position of the first vibration
 
 bool geometry_matches(const states& state) {
-  array2<double> x1 = state.x;
-  array2<double> x2 = state.x_dip;
-  array3<double> v2 = state.tdipd_x;
-  array1<double> v0 = state.dip0;
-  inertm(state.mass, x1);
-  inertmv2_ref(state.mass, x1, x2, v0.span(), v2.span());
+  array2<double> x1 = state.atoms.x;
+  array2<double> x2 = state.dipole.x_dip;
+  array3<double> v2 = state.dipole.tdipd_x;
+  array1<double> v0 = state.dipole.dip0;
+  inertm(state.atoms.mass, x1);
+  inertmv2_ref(state.atoms.mass, x1, x2, v0.span(), v2.span());
   return distance(x1, x2) < same_geometry;
 }
 
@@ -61,9 +61,7 @@ void qm_file_tdipd(qm_file& file, int natom, array1<double>& dip0, array3<double
 }
 
 void get_tdipd(states& state) {
-  qm_file file = open_qm_file(state.ftdipd.trimmed());
-  state.ftdipd_type = file.type;
-  state.ftdipd_version = file.version;
+  qm_file file = open_qm_file(state.dipole.ftdipd.trimmed());
   int natom = 0;
   int info = 0;
   qm_file_natom(file, natom, info);
@@ -71,40 +69,37 @@ void get_tdipd(states& state) {
 
   array1<double> mass;
   qm_file_mass(file, natom, mass, info);
-  qm_file_coord(file, natom, state.x_dip, info);
-  qm_file_tdipd(file, natom, state.dip0, state.tdipd_x, info);
-  state.tdipd_x0 = state.tdipd_x;
+  qm_file_coord(file, natom, state.dipole.x_dip, info);
+  qm_file_tdipd(file, natom, state.dipole.dip0, state.dipole.tdipd_x, info);
   if (!same_masses(state, file, mass)) stop();
-  state.ifdip = geometry_matches(state);
+  state.dipole.ifdip = geometry_matches(state);
 }
 
-void proj_dip(states& state, const states& modes) {
-  warn_of_dipole_turn(state);
-  const int n3 = state.n3;
+array2<double> proj_dip(const dipole_data& dipole, const atom_data& atoms, const array2<double>& cm) {
+  warn_of_dipole_turn(dipole);
+  const int n3 = atoms.n3;
   array2<double> q3(n3, 3);
-  for (int i = 1; i <= state.natom; ++i) {
-    const double root = std::sqrt(state.massau(i));
-    for (int j = 1; j <= 3; ++j) {
-      for (int l = 1; l <= 3; ++l) {
-        q3(3 * (i - 1) + j, l) = state.tdipd_xq(l, j, i) = state.tdipd_x(l, j, i) / root;
-      }
-    }
-  }
+  for (int i = 1; i <= atoms.natom; ++i)
+    for (int j = 1; j <= 3; ++j)
+      for (int l = 1; l <= 3; ++l)
+        q3(3 * (i - 1) + j, l) = dipole.tdipd_x(l, j, i) / std::sqrt(atoms.massau(i));
+  array2<double> tdipd_q(3, n3);
   for (int m = 1; m <= n3; ++m) {
     for (int l = 1; l <= 3; ++l) {
       double sum = 0.0;
-      for (int k = 1; k <= n3; ++k) sum += q3(k, l) * modes.cm(k, m);
-      state.tdipd_q(l, m) = sum;
+      for (int k = 1; k <= n3; ++k) sum += q3(k, l) * cm(k, m);
+      tdipd_q(l, m) = sum;
     }
   }
+  return tdipd_q;
 }
 
-void write_tdipd(const states& state, std::string_view prefix) {
+void write_tdipd(const array1<double>& dip0, const array2<double>& tdipd_q, std::string_view prefix) {
   const layout row("(i6, 3f15.7)");
   output_file file(std::string(trim(prefix)) + ".dip");
-  file.write(row, {0, state.dip0(1), state.dip0(2), state.dip0(3)});
-  for (int i = first_vib; i <= state.n3; ++i) {
-    file.write(row, {i, state.tdipd_q(1, i), state.tdipd_q(2, i), state.tdipd_q(3, i)});
+  file.write(row, {0, dip0(1), dip0(2), dip0(3)});
+  for (int i = first_vib; i <= tdipd_q.cols(); ++i) {
+    file.write(row, {i, tdipd_q(1, i), tdipd_q(2, i), tdipd_q(3, i)});
   }
   file.close();
 }

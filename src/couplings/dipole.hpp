@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "linalg/array.hpp"     // for array1, array3
-#include "molecule/record.hpp"  // for states
+#include "linalg/array.hpp"     // for array1, array2, array3
+#include "molecule/record.hpp"  // for states, dipole_data, atom_data
 
 namespace vbn {
 
@@ -21,13 +21,12 @@ void get_tdipd(states& state);
 // numbers that do not read end the run with a message that names the file.
 void qm_file_tdipd(qm_file& file, int natom, array1<double>& dip0, array3<double>& tdipd_x, int& info);
 
-// Mass-weights the derivatives of the state and projects them on the modes `cm` of `modes`, which may be the
-// record of the other state: `tdipd_q` (3,n3). Only the dipole component of the derivatives is turned with
-// the frame of the run; when that turn was not the identity (to 1e-6), a warning says that the displacements
-// still are those of the file's frame.
-void proj_dip(states& state, const states& modes);
+// The derivatives mass-weighted and projected on the modes cm (n3,n3), which may be those of the other state:
+// (3,n3). Only the dipole component of the derivatives follows the rotations of the frame; where these were
+// not the identity (to 1e-6), a warning says that the displacements still are those of the file's frame.
+array2<double> proj_dip(const dipole_data& dipole, const atom_data& atoms, const array2<double>& cm);
 
 // Writes `prefix`.dip: the dipole with index 0, then the derivatives by the modes 7 to n3.
-void write_tdipd(const states& state, std::string_view prefix);
+void write_tdipd(const array1<double>& dip0, const array2<double>& tdipd_q, std::string_view prefix);
 
 }  // namespace vbn

@@ -17,7 +17,7 @@ namespace vbn {
 namespace {
 
 // Everything that is taken from the file, for all of its atoms.
-struct coupling_data {
+struct file_couplings {
   array1<double> mass;
   array2<double> x;
   array2<double> nacme;
@@ -25,10 +25,10 @@ struct coupling_data {
 };
 
 // The atoms of the high layer, atom i of them at place iqm(i).
-coupling_data high_layer(const coupling_data& all, const array1<int>& iqm) {
+file_couplings high_layer(const file_couplings& all, const array1<int>& iqm) {
   const int natom = iqm.size();
   const array2<double> atoms(3, natom);
-  coupling_data layer{array1<double>(natom), atoms, atoms, atoms};
+  file_couplings layer{array1<double>(natom), atoms, atoms, atoms};
   for (int i = 1; i <= natom; ++i) {
     const int k = iqm(i);
     layer.mass(i) = all.mass(k);
@@ -42,28 +42,28 @@ coupling_data high_layer(const coupling_data& all, const array1<int>& iqm) {
 }
 
 bool geometry_matches(const states& state) {
-  array2<double> x1 = state.x;
-  array2<double> x2 = state.x_nac;
-  array2<double> v2 = state.nacme_x;
-  inertm(state.mass, x1);
-  inertmv_ref(state.mass, x1, x2, v2.span());
+  array2<double> x1 = state.atoms.x;
+  array2<double> x2 = state.couplings.x_nac;
+  array2<double> v2 = state.couplings.nacme_x;
+  inertm(state.atoms.mass, x1);
+  inertmv_ref(state.atoms.mass, x1, x2, v2.span());
   return distance(x1, x2) < same_geometry;
 }
 
 }  // namespace
 
 void get_nacme(states& state) {
-  qm_file file = open_qm_file(state.fnacm.trimmed());
-  state.fnacm_type = file.type;
-  state.fnacm_version = file.version;
+  qm_file file = open_qm_file(state.couplings.fnacm.trimmed());
+  state.couplings.fnacm_type = file.type;
+  state.couplings.fnacm_version = file.version;
   file.file.rewind();
   std::string_view line;
-  state.ifoniom_nacme = search_word_free(file.file, "oniom", line);
+  const bool ifoniom_nacme = search_word_free(file.file, "oniom", line);
 
   int info = 0;
   int n1 = 0;     // all atoms of the file
   int count = 0;  // those that are analysed
-  if (state.ifoniom_nacme) {
+  if (ifoniom_nacme) {
     qm_file_natom_oniom_qm(file, count, n1, info);
   } else {
     qm_file_natom(file, n1, info);
@@ -71,23 +71,22 @@ void get_nacme(states& state) {
   }
   if (!same_count(state, file, count)) exit_run(1);
 
-  coupling_data read;
+  file_couplings read;
   qm_file_mass(file, n1, read.mass, info);
   qm_file_coord(file, n1, read.x, info);
-  qm_file_nacme(file, n1, read.nacme, read.tranele, state.e_vert, info);
-  if (state.ifoniom_nacme) {
+  qm_file_nacme(file, n1, read.nacme, read.tranele, state.couplings.e_vert, info);
+  if (ifoniom_nacme) {
     array1<int> iqm(count);
     array1<int> iqm3(3 * count);
     get_oniom_index1(file, count, n1, iqm, iqm3, info);
     read = high_layer(read, iqm);
   }
-  state.x_nac = std::move(read.x);
-  state.nacme_x0 = read.nacme;
-  state.nacme_x = std::move(read.nacme);
-  state.tranele0 = read.tranele;
-  state.tranele = std::move(read.tranele);
+  state.couplings.x_nac = std::move(read.x);
+  state.couplings.nacme_x0 = read.nacme;
+  state.couplings.nacme_x = std::move(read.nacme);
+  state.couplings.tranele = std::move(read.tranele);
   if (!same_masses(state, file, read.mass)) exit_run(1);
-  state.ifnac = geometry_matches(state);
+  state.couplings.ifnac = geometry_matches(state);
 }
 
 }  // namespace vbn

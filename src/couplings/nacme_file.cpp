@@ -4,11 +4,12 @@
 #include <cmath>
 #include <string>
 
-#include "molecule/constants.hpp"  // for au_to_cm and au_to_ev
-#include "text/layout.hpp"         // for layout
-#include "text/output_file.hpp"    // for output_file, tell_free
-#include "text/stop.hpp"           // for stop
-#include "text/words.hpp"          // for trim
+#include "couplings/nacme_projection.hpp"  // for proj_nacm
+#include "molecule/constants.hpp"          // for au_to_cm and au_to_ev
+#include "text/layout.hpp"                 // for layout
+#include "text/output_file.hpp"            // for output_file, tell_free
+#include "text/stop.hpp"                   // for stop
+#include "text/words.hpp"                  // for trim
 
 namespace vbn {
 
@@ -63,21 +64,6 @@ void write_row(output_file& file, int i, double energy, double w, const text<6>&
               std::abs(nacm_jpca) * au_to_cm, std::abs(nacm_jpca) / atomic_time_in_s});
 }
 
-// Projects the couplings of the state on its own modes.
-void project_on_own_modes(states& state) {
-  for (int i = 1; i <= state.natom; ++i) {
-    for (int a = 1; a <= 3; ++a) {
-      const int k = 3 * (i - 1) + a;
-      state.nacme_xq_n3(k) = state.nacme_xq(a, i) = state.nacme_x(a, i) / state.sqtmass(k);
-    }
-  }
-  for (int m = 1; m <= state.n3; ++m) {
-    double sum = 0.0;
-    for (int k = 1; k <= state.n3; ++k) sum += state.nacme_xq_n3(k) * state.cm(k, m);
-    state.nacme_q(m) = sum;
-  }
-}
-
 }  // namespace
 
 void write_nacme(std::string_view fname, double energy, const array1<double>& freq,
@@ -104,21 +90,21 @@ void write_nacme(std::string_view fname, double energy, const array1<double>& fr
   file.close();
 }
 
-void get_nacme_n3(array1<states>& state, std::string_view fname) {
-  for (states& each : state) {
-    if (!each.ifnac) continue;
-    project_on_own_modes(each);
-    const int n3 = each.n3;
+void get_nacme_n3(const array1<states>& state, std::string_view fname) {
+  for (const states& each : state) {
+    if (!each.couplings.ifnac) continue;
+    const nacme_forms own = proj_nacm(each.couplings.nacme_x, each.atoms, each.modes.cm, 1);
+    const int n3 = each.atoms.n3;
     array1<double> freq(n3);
     array1<text<6>> irrep(n3);
     array1<double> nacme(n3);
     for (int i = 1; i <= n3; ++i) {
-      const int j = each.order(i, 1);
-      freq(i) = each.freq(j);
-      irrep(i) = each.irrep(j);
-      nacme(i) = each.nacme_q(j);
+      const int j = each.modes.order(i);
+      freq(i) = each.modes.freq(j);
+      irrep(i) = each.modes.irrep(j);
+      nacme(i) = own.q(j);
     }
-    write_nacme(std::string(trim(fname)) + ".nac", each.e_vert, freq, irrep, nacme, 1);
+    write_nacme(std::string(trim(fname)) + ".nac", each.couplings.e_vert, freq, irrep, nacme, 1);
   }
 }
 

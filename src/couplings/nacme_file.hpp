@@ -11,7 +11,7 @@ namespace vbn {
 
 // For each state with couplings (`ifnac`): projects them on its own modes and writes the table `fname`.nac in
 // the order of its modes in the pairing. With couplings on both states the table is the one of state 2.
-void get_nacme_n3(array1<states>& state, std::string_view fname);
+void get_nacme_n3(const array1<states>& state, std::string_view fname);
 
 // Writes the table. `energy` in hartree, `freq` (n3) in atomic units, `irrep` and `nacme` (n3) in the order
 // of the rows, which begin at `start_mode`, 1 or 7; another value is told on standard output and ends the

@@ -34,26 +34,11 @@ const layout mode_row("(2i5, f15.4,f15.9, 4x, f15.9)");
 const layout mode_norm(R"_((4x,"norm of NACME(Q) is ",f15.6," au",f15.6," au"))_");
 const layout atom_row("(i5,a4,3f15.6,4x,3f15.6)");
 
-// v(k) mass-weighted, and its projection on each mode.
-void project(const array2<double>& x, const array1<double>& massau, const array2<double>& cm,
-             array2<double>& xq, array1<double>& xq_n3, array1<double>& q) {
-  const int natom = x.cols();
-  for (int i = 1; i <= natom; ++i) {
-    const double root = std::sqrt(massau(i));
-    for (int a = 1; a <= 3; ++a) xq_n3(3 * (i - 1) + a) = xq(a, i) = x(a, i) / root;
-  }
-  for (int m = 1; m <= q.size(); ++m) {
-    double sum = 0.0;
-    for (int k = 1; k <= q.size(); ++k) sum += xq_n3(k) * cm(k, m);
-    q(m) = sum;
-  }
-}
-
 // A row for each atom: what was read and what it has become side by side.
-void print_atoms(const states& state, const array2<double>& before, const array2<double>& after,
+void print_atoms(const atom_data& atoms, const array2<double>& before, const array2<double>& after,
                  output_file& fout) {
-  for (int i = 1; i <= state.natom; ++i) {
-    fout.write(atom_row, {i, state.symbol(i), before(1, i), before(2, i), before(3, i), after(1, i),
+  for (int i = 1; i <= atoms.natom; ++i) {
+    fout.write(atom_row, {i, atoms.symbol(i), before(1, i), before(2, i), before(3, i), after(1, i),
                           after(2, i), after(3, i)});
   }
 }
@@ -75,32 +60,41 @@ double vn_norm_part(std::span<const double> v, int a, int b) {
   return std::sqrt(sum);
 }
 
-void proj_nacm(states& state, const states& modes) {
-  project(state.nacme_x, state.massau, modes.cm, state.nacme_xq, state.nacme_xq_n3, state.nacme_q);
-  project(state.nacme_x0, state.massau, modes.cm, state.nacme_xq0, state.nacme_xq_n30, state.nacme_q0);
-  state.nacme_x_norm = v3n_norm(state.nacme_x);
-  state.nacme_x_norm0 = v3n_norm(state.nacme_x0);
-  state.nacme_xq_norm = v3n_norm(state.nacme_xq);
-  state.nacme_xq_norm0 = v3n_norm(state.nacme_xq0);
-  state.nacme_q_norm = vn_norm_part(state.nacme_q.span(), state.start_mode, state.n3);
-  state.nacme_q_norm0 = vn_norm_part(state.nacme_q0.span(), state.start_mode, state.n3);
+nacme_forms proj_nacm(const array2<double>& nacme_x, const atom_data& atoms, const array2<double>& cm,
+                      int start_mode) {
+  nacme_forms forms{nacme_x, nacme_x, array1<double>(atoms.n3)};
+  for (int i = 1; i <= atoms.natom; ++i)
+    for (int a = 1; a <= 3; ++a) forms.xq(a, i) = nacme_x(a, i) / std::sqrt(atoms.massau(i));
+  const std::span<const double> xq = forms.xq.span();
+  for (int m = 1; m <= atoms.n3; ++m) {
+    const std::span<const double> mode = cm.column(m);
+    double sum = 0.0;
+    for (std::size_t k = 0; k < mode.size(); ++k) sum += xq[k] * mode[k];
+    forms.q(m) = sum;
+  }
+  forms.x_norm = v3n_norm(forms.x);
+  forms.xq_norm = v3n_norm(forms.xq);
+  forms.q_norm = vn_norm_part(forms.q.span(), start_mode, atoms.n3);
+  return forms;
 }
 
-void print_nacm(const states& state, int istate, output_file& fout) {
+void print_nacm(const states& state, const nacme_forms& before, const nacme_forms& after, int istate,
+                int start_mode, output_file& fout) {
+  const coupling_data& couplings = state.couplings;
   fout.write(line_rule);
   fout.write(section_title);
   fout.write(line_rule);
   fout.line("");
-  fout.line("  NACME file " + std::to_string(istate) + "       :  " + state.fnacm.str());
-  fout.write(file_type, {state.fnacm_type.trimmed()});
-  fout.write(file_version, {state.fnacm_version.trimmed()});
-  fout.write(energy, {state.e_vert, au_to_ev * state.e_vert, au_to_cm * state.e_vert});
+  fout.line("  NACME file " + std::to_string(istate) + "       :  " + couplings.fnacm.str());
+  fout.write(file_type, {couplings.fnacm_type.trimmed()});
+  fout.write(file_version, {couplings.fnacm_version.trimmed()});
+  fout.write(energy, {couplings.e_vert, au_to_ev * couplings.e_vert, au_to_cm * couplings.e_vert});
   fout.line("");
 
   fout.write(field_title);
   fout.write(column_title);
   fout.line("");
-  print_atoms(state, state.tranele0, state.tranele, fout);
+  print_atoms(state.atoms, couplings.tranele, couplings.tranele, fout);
   fout.line("");
   fout.write(double_rule);
   fout.line("");
@@ -110,10 +104,10 @@ void print_nacm(const states& state, int istate, output_file& fout) {
   fout.write(x_meaning_2);
   fout.write(column_title);
   fout.line("");
-  print_atoms(state, state.nacme_x0, state.nacme_x, fout);
+  print_atoms(state.atoms, before.x, after.x, fout);
   fout.line("");
   fout.write(x_norm_rule);
-  fout.write(x_norm, {state.nacme_x_norm0, state.nacme_x_norm});
+  fout.write(x_norm, {before.x_norm, after.x_norm});
   fout.write(x_end);
   fout.line("");
 
@@ -121,10 +115,10 @@ void print_nacm(const states& state, int istate, output_file& fout) {
   fout.write(q_meaning);
   fout.write(column_title);
   fout.line("");
-  print_atoms(state, state.nacme_xq0, state.nacme_xq, fout);
+  print_atoms(state.atoms, before.xq, after.xq, fout);
   fout.line("");
   fout.write(line_rule);
-  fout.write(q_norm, {state.nacme_xq_norm0, state.nacme_xq_norm});
+  fout.write(q_norm, {before.xq_norm, after.xq_norm});
   fout.write(double_rule);
   fout.line("");
 
@@ -133,12 +127,12 @@ void print_nacm(const states& state, int istate, output_file& fout) {
   fout.line("");
   fout.write(mode_heads, {"m", "n", "freq(cm-1)", "nacme_L(au)"});
   fout.line("");
-  for (int i = state.start_mode; i <= state.n3; ++i) {
-    fout.write(mode_row, {i, i - 6, au_to_cm * state.freq(i), state.nacme_q0(i), state.nacme_q(i)});
+  for (int i = start_mode; i <= state.atoms.n3; ++i) {
+    fout.write(mode_row, {i, i - 6, au_to_cm * state.modes.freq(i), before.q(i), after.q(i)});
   }
   fout.line("");
   fout.write(line_rule);
-  fout.write(mode_norm, {state.nacme_q_norm0, state.nacme_q_norm});
+  fout.write(mode_norm, {before.q_norm, after.q_norm});
   fout.write(double_rule);
   fout.line("");
   fout.write(line_rule);

@@ -23,23 +23,23 @@ const layout ending(R"((2x, "Stop!"))");
 }  // namespace
 
 bool same_count(const states& state, const qm_file& file, int count) {
-  if (count == state.natom) return true;
+  if (count == state.atoms.natom) return true;
   if (count < 1) {
     warn("no atoms found in " + file.file.name() +
          (file.type.blank() ? ": no program is known that writes such a file"
                             : ", which is read as a " + file.type.str() + " file"));
   }
-  tell(other_count, {state.ffreq.trimmed(), file.file.name()});
-  tell(both_counts, {state.natom, count});
+  tell(other_count, {state.file.ffreq.trimmed(), file.file.name()});
+  tell(both_counts, {state.atoms.natom, count});
   tell(ending);
   return false;
 }
 
 bool same_masses(const states& state, const qm_file& file, const array1<double>& mass) {
-  for (int i = 1; i <= state.natom; ++i) {
-    if (std::abs(std::trunc(mass(i)) - std::trunc(state.mass(i))) <= same_mass) continue;
-    tell(other_mass, {state.ffreq.trimmed(), file.file.name()});
-    tell(both_masses, {i, state.symbol(i), state.mass(i), mass(i)});
+  for (int i = 1; i <= state.atoms.natom; ++i) {
+    if (std::abs(std::trunc(mass(i)) - std::trunc(state.atoms.mass(i))) <= same_mass) continue;
+    tell(other_mass, {state.file.ffreq.trimmed(), file.file.name()});
+    tell(both_masses, {i, state.atoms.symbol(i), state.atoms.mass(i), mass(i)});
     tell(ending);
     return false;
   }

@@ -4,13 +4,10 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/hessian.hpp"       // for fc_to_fcm
 #include "frame/inertial.hpp"      // for add_dipole_turn
-#include "frame/rotation.hpp"      // for rotn, rot_fc
-#include "input/keys.hpp"          // for input_data
+#include "frame/rotation.hpp"      // for rotn, rotate_force
 #include "linalg/eigen.hpp"        // for tred2e, tql2e
 #include "molecule/constants.hpp"  // for bohr_to_ang
-#include "molecule/record.hpp"     // for states
 #include "text/layout.hpp"         // for layout
 #include "text/output_file.hpp"    // for output_file
 
@@ -85,23 +82,6 @@ void report_candidates(output_file& fout, const array3<double>& t, const array1<
   fout.write(selected, {minj});
 }
 
-// Turns everything of state 1 that lives in its frame.
-void turn_state(states& g, const array2<double>& rot, bool with_couplings, bool with_dipole) {
-  int info = 0;
-  rotn(rot, g.x.span());
-  fc_to_fcm(g.n3, g.sqtmass, g.fc, g.fcm, -1, info);
-  rot_fc(rot, g.fc);
-  fc_to_fcm(g.n3, g.sqtmass, g.fc, g.fcm, 1, info);
-  rotn(rot, g.cm.span());
-  c_to_cm(g.n3, g.sqtmass, g.c, g.cm, -1, info);
-  if (with_couplings) rotn(rot, g.nacme_x.span());
-  if (with_dipole) {
-    rotn(rot, g.dip0.span());
-    rotn(rot, g.tdipd_x.span());
-    if (g.ifdip) add_dipole_turn(g, rot);
-  }
-}
-
 }  // namespace
 
 array3<double> get_eckart_rot(const array2<double>& x1, const array2<double>& x2,
@@ -146,38 +126,22 @@ array3<double> get_eckart_rot(const array2<double>& x1, const array2<double>& x2
   return t;
 }
 
-void c_to_cm(int n3, const array1<double>& sqtmass, array2<double>& c, array2<double>& cm, int direction,
-             int& info) {
-  info = 0;
-  if (n3 <= 0) {
-    info = -1;
-  } else if (direction == 1) {
-    for (int i = 1; i <= n3; ++i)
-      for (int j = 1; j <= n3; ++j) cm(j, i) = c(j, i) / sqtmass(j);
-  } else if (direction == -1) {
-    for (int i = 1; i <= n3; ++i)
-      for (int j = 1; j <= n3; ++j) c(j, i) = sqtmass(j) * cm(j, i);
-  } else {
-    info = -2;
-  }
-}
-
-void do_eckart(states& g, const states& e, const input_data& input, output_file& fout) {
+array2<double> do_eckart(const array2<double>& x1, const array2<double>& x2, const array1<double>& mass,
+                         int set_eckart_order, output_file& fout) {
   static const layout rule("(80(1h_))");
   static const layout title(R"(("Do Eckart rotation",/))");
   static const layout manual(R"(("Set Eckart rotation matrix manually"))");
   static const layout automatic(R"(("Set Eckart rotation matrix automatically"))");
   static const layout index(R"(("The index of Eckart matrix order = ", i0))");
 
-  const array3<double> eckart_rot_matrix = get_eckart_rot(g.x, e.x, g.mass);
+  const array3<double> eckart_rot_matrix = get_eckart_rot(x1, x2, mass);
   fout.write(rule);
   fout.write(title);
 
   array1<double> dis(ncandidate);
-  for (int j = 1; j <= ncandidate; ++j) dis(j) = distance(g.x, e.x, candidate(eckart_rot_matrix, j));
+  for (int j = 1; j <= ncandidate; ++j) dis(j) = distance(x1, x2, candidate(eckart_rot_matrix, j));
 
   int minj = 1;
-  const int set_eckart_order = input.set_eckart_order;
   if (set_eckart_order >= 1 && set_eckart_order <= ncandidate) {
     minj = set_eckart_order;
     fout.write(manual);
@@ -194,8 +158,19 @@ void do_eckart(states& g, const states& e, const input_data& input, output_file&
     fout.write(index, {minj});
   }
   report_candidates(fout, eckart_rot_matrix, dis, minj);
-  turn_state(g, candidate(eckart_rot_matrix, minj), input.do_nacme && input.proj_nacme == 1,
-             input.do_tdipd && input.proj_tdipd == 1);
+  return candidate(eckart_rot_matrix, minj);
+}
+
+void rotate_state(const array2<double>& rot, bool with_couplings, bool with_dipole, states& g) {
+  rotn(rot, g.atoms.x.span());
+  rotate_force(rot, g.atoms.sqtmass, g.force);
+  rotn(rot, g.modes.cm.span());
+  if (with_couplings) rotn(rot, g.couplings.nacme_x.span());
+  if (with_dipole) {
+    rotn(rot, g.dipole.dip0.span());
+    rotn(rot, g.dipole.tdipd_x.span());
+    if (g.dipole.ifdip) add_dipole_turn(g.dipole, rot);
+  }
 }
 
 }  // namespace vbn

@@ -5,8 +5,8 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <utility>
 
-#include "frame/hessian.hpp"       // for fc_to_fcm
 #include "frame/rotation.hpp"      // for rotn, rot_fc
 #include "linalg/eigen.hpp"        // for diag_symm, tred2e, tql2e
 #include "linalg/matmul.hpp"       // for matmul
@@ -103,17 +103,17 @@ void tell_mismatch(const states& state, double d, const text<200>& file, const a
       R"((2x,"The coordinate of atom in file ", a,   " is not equal to that in the file ", a))");
   static const layout coordinates("(6f15.7)");
   tell_free({d, geometry_eps});
-  tell(title, {state.ffreq.trimmed(), file.trimmed()});
-  for (int i = 1; i <= state.natom; ++i) {
-    tell(coordinates, {state.x(1, i) * bohr_to_ang, state.x(2, i) * bohr_to_ang, state.x(3, i) * bohr_to_ang,
-                       x_file(1, i), x_file(2, i), x_file(3, i)});
+  tell(title, {state.file.ffreq.trimmed(), file.trimmed()});
+  for (int i = 1; i <= state.atoms.natom; ++i) {
+    tell(coordinates, {state.atoms.x(1, i) * bohr_to_ang, state.atoms.x(2, i) * bohr_to_ang,
+                       state.atoms.x(3, i) * bohr_to_ang, x_file(1, i), x_file(2, i), x_file(3, i)});
   }
 }
 
 void report_if_apart(const states& state, const text<200>& file, const array2<double>& x_file) {
   double d = 0.0;
   int info = 0;
-  get_dv(state.x.span(), x_file.span(), d, info);
+  get_dv(state.atoms.x.span(), x_file.span(), d, info);
   if (d > geometry_eps) tell_mismatch(state, d, file, x_file);
 }
 
@@ -182,39 +182,40 @@ double max_abs(std::span<const double> v) {
 }
 
 void get_inertial(states& state) {
-  int info = 0;
-  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, -1, info);
+  atom_data& atoms = state.atoms;
+  array2<double> fc = fcm_to_fc(atoms.sqtmass, state.force.fcm());
   array2<double> vector;
-  inertm_fc(state.massau, state.x, state.fc, vector);
-  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+  inertm_fc(atoms.massau, atoms.x, fc, vector);
+  state.force.set_fc(atoms.sqtmass, std::move(fc));
 
-  if (state.ifnac) {
-    inertmv_ref(state.mass, state.x, state.x_nac, state.nacme_x.span());
-    state.nacme_x1 = state.nacme_x;
-    report_if_apart(state, state.fnacm, state.x_nac);
+  coupling_data& couplings = state.couplings;
+  if (couplings.ifnac) {
+    inertmv_ref(atoms.mass, atoms.x, couplings.x_nac, couplings.nacme_x.span());
+    report_if_apart(state, couplings.fnacm, couplings.x_nac);
   }
-  if (state.ifdip) {
-    // The dipole component is the leading index of `tdipd_x`, so a vector of components stands behind each
+  dipole_data& dipole = state.dipole;
+  if (dipole.ifdip) {
+    // The dipole component is the leading index of `tdipd_x`, so a vector of components follows each
     // displacement.
     const array2<double> rotation =
-        inertmv2_ref(state.mass, state.x, state.x_dip, state.dip0.span(), state.tdipd_x.span());
-    add_dipole_turn(state, rotation);
-    state.tdipd_x1 = state.tdipd_x;
-    report_if_apart(state, state.ftdipd, state.x_dip);
+        inertmv2_ref(atoms.mass, atoms.x, dipole.x_dip, dipole.dip0.span(), dipole.tdipd_x.span());
+    add_dipole_turn(dipole, rotation);
+    report_if_apart(state, dipole.ftdipd, dipole.x_dip);
   }
 }
 
-void add_dipole_turn(states& state, const array2<double>& rot) {
-  state.dip_turn = state.dip_turn.rows() == 0 ? rot : matmul(rot, state.dip_turn);
+void add_dipole_turn(dipole_data& dipole, const array2<double>& rot) {
+  dipole.dip_turn = dipole.dip_turn.rows() == 0 ? rot : matmul(rot, dipole.dip_turn);
 }
 
-void warn_of_dipole_turn(const states& state) {
+void warn_of_dipole_turn(const dipole_data& dipole) {
+  const array2<double>& rot = dipole.dip_turn;
   double largest = 0.0;
-  for (int i = 1; i <= state.dip_turn.rows(); ++i)
-    for (int j = 1; j <= state.dip_turn.cols(); ++j)
-      largest = std::max(largest, std::abs(state.dip_turn(i, j) - (i == j ? 1.0 : 0.0)));
+  for (int i = 1; i <= rot.rows(); ++i)
+    for (int j = 1; j <= rot.cols(); ++j)
+      largest = std::max(largest, std::abs(rot(i, j) - (i == j ? 1.0 : 0.0)));
   if (largest <= turn_eps) return;
-  warn("the transition dipole derivatives in " + state.ftdipd.str() +
+  warn("the transition dipole derivatives in " + dipole.ftdipd.str() +
        " stand in another frame than the modes; only their dipole components are turned, so the derivatives "
        "by "
        "mode mean little: give the file in the frame of the final coordinates in the log");

@@ -4,7 +4,7 @@
 #include <span>
 
 #include "linalg/array.hpp"     // for array1, array2
-#include "molecule/record.hpp"  // for states
+#include "molecule/record.hpp"  // for states, dipole_data
 
 namespace vbn {
 
@@ -37,17 +37,17 @@ void get_dv(std::span<const double> v1, std::span<const double> v2, double& d, i
 // The element of largest magnitude with its sign, the first of equal ones; 0 of an empty vector.
 double max_abs(std::span<const double> v);
 
-// Brings a state to its inertial frame: `x`, `fc` and `fcm`, and, where the geometry of the coupling file or
-// of the dipole file is that of the state, `x_nac` and `nacme_x`, or `x_dip`, `dip0` and the dipole index of
-// `tdipd_x`, each by the frame of its own geometry that lies nearest to `x`. `dip_turn` follows the latter.
-// A file whose geometry is then more than 0.001 bohr away is reported on standard output and the run goes on.
+// Brings a state to its inertial frame: geometry and force constants and, where the geometry of the coupling
+// file or of the dipole file is that of the state, the couplings or the dipole and the dipole index of its
+// derivatives, each by the frame of its own geometry that lies nearest to `x`. A file whose geometry is then
+// more than 0.001 bohr away is reported on standard output and the run goes on.
 void get_inertial(states& state);
 
-// Notes in `dip_turn` that the dipole derivatives are turned (further) by `rot` (3,3).
-void add_dipole_turn(states& state, const array2<double>& rot);
+// Notes in `dip_turn` that the dipole derivatives are rotated (further) by `rot` (3,3).
+void add_dipole_turn(dipole_data& dipole, const array2<double>& rot);
 
 // Warns on the error stream when the frame of the dipole file is not the frame of the modes (to 1e-6): the
 // displacement index of the derivatives stays in the frame of the file.
-void warn_of_dipole_turn(const states& state);
+void warn_of_dipole_turn(const dipole_data& dipole);
 
 }  // namespace vbn

@@ -3,10 +3,9 @@
 
 #include <cmath>
 #include <span>
+#include <utility>
 
-#include "frame/hessian.hpp"     // for fc_to_fcm, eigenvalues_to_frequencies
 #include "linalg/blas.hpp"       // for ddot_
-#include "linalg/eigen.hpp"      // for diag_symm
 #include "linalg/matmul.hpp"     // for matmul, matmul_add
 #include "text/output_file.hpp"  // for tell_free
 
@@ -165,30 +164,20 @@ void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, a
   project_out(v, fcm);
 }
 
-void get_proj_hessian(states& state, int proj_hessian) {
-  int info = 0;
-  if (!state.ifoniom) {
-    switch (proj_hessian) {
-      case 1:
-        projtrm_rot(state.x, state.massau, state.fcm);
-        fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, -1, info);
-        break;
-      case 2:
-        project_xhessian_rot(state.x, state.fc);
-        fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
-        break;
-      case 3:
-        project_mhessian_rot(state.x, state.massau, state.fcm);
-        fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, -1, info);
-        break;
-      default:
-        break;
-    }
+void get_proj_hessian(const atom_data& atoms, int proj_hessian, force_constants& force) {
+  if (proj_hessian == 1) {
+    array2<double> fcm = force.fcm();
+    projtrm_rot(atoms.x, atoms.massau, fcm);
+    force.set_fcm(atoms.sqtmass, std::move(fcm));
+  } else if (proj_hessian == 2) {
+    array2<double> fc = force.fc();
+    project_xhessian_rot(atoms.x, fc);
+    force.set_fc(atoms.sqtmass, std::move(fc));
+  } else if (proj_hessian == 3) {
+    array2<double> fcm = force.fcm();
+    project_mhessian_rot(atoms.x, atoms.massau, fcm);
+    force.set_fcm(atoms.sqtmass, std::move(fcm));
   }
-  state.fcm1 = state.fcm;
-  state.fc1 = state.fc;
-  diag_symm(state.fcm1, state.freq1, state.cm1, info);
-  eigenvalues_to_frequencies(state.freq1);
 }
 
 }  // namespace vbn

@@ -2,19 +2,18 @@
 #pragma once
 
 #include "linalg/array.hpp"     // for array1, array2
-#include "molecule/record.hpp"  // for states
+#include "molecule/record.hpp"  // for atom_data, force_constants
 
 namespace vbn {
 
-// Projects translations and rotations out of `fc` and `fcm` of a state and keeps copies of the result with
-// its spectrum in `fc1`, `fcm1`, `freq1` (atomic units) and `cm1`. The way follows from the key:
+// Projects translations and rotations out of the force constants. The way follows from the key:
 //   1  mass-weighted vectors in the inertial frame, each normalised;
 //   2  vectors without masses, orthonormalised, on the Cartesian force constants;
 //   3  mass-weighted vectors, orthonormalised;
-// any other value, and an ONIOM state, leaves the Hessian as it is and does the rest. With 2 a rotation that
-// is no independent one (of a linear molecule) is told on standard output.
-// Published method: W. H. Miller, N. C. Handy, J. E. Adams (1980) for the projection of the Hessian.
-void get_proj_hessian(states& state, int proj_hessian);
+// any other value leaves the force constants as they are. With 2 a rotation that is not an independent one
+// (of a linear molecule) is printed to standard output. Published method: W. H. Miller, N. C. Handy, J. E.
+// Adams (1980) for the projection of the Hessian.
+void get_proj_hessian(const atom_data& atoms, int proj_hessian, force_constants& force);
 
 // The three projections. Shapes: x (3,natom) bohr, mass (natom) electron masses, the matrix (n3,n3).
 void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<double>& hess);

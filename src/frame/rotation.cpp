@@ -2,6 +2,7 @@
 #include "frame/rotation.hpp"  // for rotn, rot_fc
 
 #include <cmath>
+#include <utility>
 
 namespace vbn {
 
@@ -48,6 +49,12 @@ void rot_fc(const array2<double>& vector, array2<double>& fc) {
     }
   }
   set_sym_matrix(fc);
+}
+
+void rotate_force(const array2<double>& r, const array1<double>& sqtmass, force_constants& force) {
+  array2<double> fc = fcm_to_fc(sqtmass, force.fcm());
+  rot_fc(r, fc);
+  force.set_fc(sqtmass, std::move(fc));
 }
 
 void set_sym_matrix(array2<double>& a) {

@@ -3,7 +3,8 @@
 
 #include <span>
 
-#include "linalg/array.hpp"  // for array2
+#include "linalg/array.hpp"              // for array1, array2
+#include "molecule/force_constants.hpp"  // for force_constants
 
 namespace vbn {
 
@@ -15,6 +16,9 @@ void rotn(const array2<double>& r, std::span<double> v);
 // pair of atoms becomes R block R^T. Terms of the sum below 1e-300 in magnitude count as zero.
 // Shapes: vector (3,3); fc (n3,n3), whose index is 3(i-1)+a for coordinate a of atom i.
 void rot_fc(const array2<double>& vector, array2<double>& fc);
+
+// The same for both forms of the force constants.
+void rotate_force(const array2<double>& r, const array1<double>& sqtmass, force_constants& force);
 
 // The symmetric part of a square matrix, in place. A symmetric matrix keeps its bits.
 void set_sym_matrix(array2<double>& a);

@@ -68,9 +68,9 @@ bool within_fixed_limit(int nat_i, int nat_j, double d) {
 
 }  // namespace
 
-void get_bond(const array2<double>& x, const array1<int>& nat, array2<bool_>& bond) {
+array2<bool_> get_bond(const array2<double>& x, const array1<int>& nat) {
   const int n = nat.size();
-  bond = array2<bool_>(n, n);
+  array2<bool_> bond(n, n);
   const array1<double> radius = radii(nat);
   for (int i = 1; i < n; ++i)
     for (int j = i + 1; j <= n; ++j) {
@@ -89,6 +89,7 @@ void get_bond(const array2<double>& x, const array1<int>& nat, array2<bool_>& bo
         if (k != j && bridges(k) && distance(x, k, i) < bridge_length) set_bond(bond, k, i, true);
     }
   }
+  return bond;
 }
 
 void def_bond(const input_data& input, array2<bool_>& bond) {
@@ -102,12 +103,13 @@ void def_bond(const input_data& input, array2<bool_>& bond) {
         set_bond(bond, input.def_del_int_coord(1, i), input.def_del_int_coord(2, i), false);
 }
 
-void get_bond_num(const array2<bool_>& bond, array1<int>& bond_num) {
+array1<int> get_bond_num(const array2<bool_>& bond) {
   const int n = bond.rows();
-  bond_num = array1<int>(n);
+  array1<int> bond_num(n);
   for (int i = 1; i <= n; ++i)
     for (int j = 1; j <= n; ++j)
       if (j != i && bond(j, i)) ++bond_num(i);
+  return bond_num;
 }
 
 }  // namespace vbn

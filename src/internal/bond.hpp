@@ -6,17 +6,17 @@
 
 namespace vbn {
 
-// bond(natom,natom) by the distance rules from x(3,natom) in angstrom and the atomic numbers nat(natom):
-// covalent radii, fixed limits for some element classes, and hydrogen bridges between N and O. Symmetric, no
-// atom with itself. An element without a radius is bonded by the fixed limits alone, with a warning when it
-// stands outside the radius table.
-void get_bond(const array2<double>& x, const array1<int>& nat, array2<bool_>& bond);
+// The bond graph (natom,natom) by the distance rules from x(3,natom) in angstrom and the atomic numbers
+// nat(natom): covalent radii, fixed limits for some element classes, and hydrogen bridges between N and O.
+// Symmetric, no atom with itself. An element without a radius is bonded by the fixed limits alone, with a
+// warning when it stands outside the radius table.
+array2<bool_> get_bond(const array2<double>& x, const array1<int>& nat);
 
 // Sets the bonds of the input's list of added coordinates, then clears those of its list of deleted ones,
 // each list only where its `if_` key is true.
 void def_bond(const input_data& input, array2<bool_>& bond);
 
-// bond_num(natom): how many neighbours each atom has.
-void get_bond_num(const array2<bool_>& bond, array1<int>& bond_num);
+// How many neighbours each atom has (natom).
+array1<int> get_bond_num(const array2<bool_>& bond);
 
 }  // namespace vbn

@@ -3,15 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
+#include <utility>
 
-#include "internal/gmatrix.hpp"         // for times_sparse
 #include "internal/int_coord.hpp"       // for kind_stretch
 #include "internal/reorganisation.hpp"  // for proj_reorg_ene, mode_length
 #include "linalg/matmul.hpp"            // for matmul
 #include "text/fixed_text.hpp"          // for text
 #include "text/layout.hpp"              // for layout
-#include "text/stop.hpp"                // for stop, fail
+#include "text/stop.hpp"                // for stop
 
 namespace vbn {
 
@@ -32,62 +31,72 @@ const layout estimate_title(R"(("print xd and zd"))");
 const layout estimate_heads("(a5,a7,a9,3a9)");
 const layout estimate_line("(i5,i7,f9.4,3f9.5, 2(2x, 4i6) )");
 
-// Tells coordinates that other atoms define in the other state, and stops on unequal numbers of them.
-void compare_definitions(const states& s1, const states& s2) {
-  const int nr = std::min(s1.nr, s2.nr);
+// Prints coordinates that other atoms define in the other state, and stops on unequal numbers of them.
+void compare_definitions(const internal_coordinates& c1, const internal_coordinates& c2) {
+  const int nr = std::min(c1.nr, c2.nr);
   for (int i = 1; i <= nr; ++i)
     for (int j = 1; j <= 4; ++j)
-      if (s1.intdef(j, i) != s2.intdef(j, i)) {
+      if (c1.intdef(j, i) != c2.intdef(j, i)) {
         tell(changed_line, {i});
-        tell(definitions_line, {s1.intdef(1, i), s1.intdef(2, i), s1.intdef(3, i), s1.intdef(4, i),
-                                s2.intdef(1, i), s2.intdef(2, i), s2.intdef(3, i), s2.intdef(4, i)});
+        tell(definitions_line, {c1.intdef(1, i), c1.intdef(2, i), c1.intdef(3, i), c1.intdef(4, i),
+                                c2.intdef(1, i), c2.intdef(2, i), c2.intdef(3, i), c2.intdef(4, i)});
         tell(definitions_error);
       }
-  if (s1.nr != s2.nr) {
-    tell(numbers_error, {s1.nr, s2.nr});
+  if (c1.nr != c2.nr) {
+    tell(numbers_error, {c1.nr, c2.nr});
     stop();
   }
 }
 
-text<5> label(const states& state, int atom) {
+text<5> label(const array1<text<2>>& symbol, int atom) {
   if (atom == 0) return "";
-  std::string line;
-  atom_label.write(line, {state.symbol(atom).trimmed(), atom});
-  line.pop_back();  // the line's end
-  return line;
+  return atom_label.line({symbol(atom).trimmed(), atom});
 }
 
-// `zd` of both states, an angle brought back once from beyond half a turn; large changes of bonds to the log.
-void set_differences(states& s1, states& s2, output_file& fout) {
-  fout.write(large_title);
-  s1.zd = s2.zd = array1<double>(s1.nr);
-  for (int i = 1; i <= s1.nr; ++i) {
-    double zd = s2.z(i) - s1.z(i);
-    if (s1.scales(i) > 1.0) {
-      if (zd > pi_value) zd -= two_pi;
-      if (zd < -pi_value) zd += two_pi;
+// z of state 2 less z of state 1; an angle is brought back once from beyond half a revolution.
+array1<double> differences(const internal_coordinates& c1, const internal_coordinates& c2) {
+  array1<double> zd(c1.nr);
+  for (int i = 1; i <= c1.nr; ++i) {
+    zd(i) = c2.z(i) - c1.z(i);
+    if (c1.scales(i) > 1.0) {
+      if (zd(i) > pi_value) zd(i) -= two_pi;
+      if (zd(i) < -pi_value) zd(i) += two_pi;
     }
-    if (s1.iztype(i) == kind_stretch && std::abs(zd) > large_change)
-      fout.write(large_line, {" zd", i, s1.iztype(i), label(s1, s1.intdef(1, i)), label(s1, s1.intdef(2, i)),
-                              label(s1, s1.intdef(3, i)), label(s1, s1.intdef(4, i)), s1.z(i), s2.z(i), zd});
-    s1.zd(i) = zd;
-    s2.zd(i) = -zd;
+  }
+  return zd;
+}
+
+array1<double> negative(array1<double> a) {
+  for (double& element : a) element = -element;
+  return a;
+}
+
+void print_large_changes(const array1<text<2>>& symbol, const internal_coordinates& c1,
+                         const internal_coordinates& c2, output_file& fout) {
+  fout.write(large_title);
+  for (int i = 1; i <= c1.nr; ++i) {
+    if (c1.iztype(i) != kind_stretch || !(std::abs(c1.zd(i)) > large_change)) continue;
+    fout.write(large_line,
+               {" zd", i, c1.iztype(i), label(symbol, c1.intdef(1, i)), label(symbol, c1.intdef(2, i)),
+                label(symbol, c1.intdef(3, i)), label(symbol, c1.intdef(4, i)), c1.z(i), c2.z(i), c1.zd(i)});
   }
 }
 
 // The change of each coordinate to first order, B dx, beside the true one.
 void print_linear_estimate(const states& s1, const states& s2, output_file& fout) {
+  const internal_coordinates& c1 = s1.internal;
+  const internal_coordinates& c2 = s2.internal;
   fout.write(rule);
   fout.write(estimate_title);
   fout.write(estimate_heads, {"nr", "iztype", "scale", "xd", "zd", "|xd-zd|"});
-  for (int i = 1; i <= s1.nr; ++i) {
+  for (int i = 1; i <= c1.nr; ++i) {
     double xd = 0.0;
-    const auto row = s1.br.column(i);
-    for (std::size_t j = 0; j < row.size(); ++j) xd += (s2.x.span()[j] - s1.x.span()[j]) * row[j];
-    const double zzd = std::abs(std::abs(xd) * bohr_to_ang - std::abs(s1.zd(i)));
-    fout.write(estimate_line, {i, s1.iztype(i), s1.scales(i), bohr_to_ang * xd, s1.zd(i), zzd,
-                               s1.intdef(1, i), s1.intdef(2, i), s1.intdef(3, i), s1.intdef(4, i),
-                               s2.intdef(1, i), s2.intdef(2, i), s2.intdef(3, i), s2.intdef(4, i)});
+    const auto row = c1.br.column(i);
+    for (std::size_t j = 0; j < row.size(); ++j) xd += (s2.atoms.x.span()[j] - s1.atoms.x.span()[j]) * row[j];
+    const double zzd = std::abs(std::abs(xd) * bohr_to_ang - std::abs(c1.zd(i)));
+    fout.write(estimate_line, {i, c1.iztype(i), c1.scales(i), bohr_to_ang * xd, c1.zd(i), zzd,
+                               c1.intdef(1, i), c1.intdef(2, i), c1.intdef(3, i), c1.intdef(4, i),
+                               c2.intdef(1, i), c2.intdef(2, i), c2.intdef(3, i), c2.intdef(4, i)});
   }
 }
 
@@ -99,81 +108,50 @@ array2<double> top(const array2<double>& a, int rows) {
   return cut;
 }
 
-// zd in the non-redundant coordinates of its state (nv).
-array1<double> non_redundant(const states& state, int nv) {
-  array1<double> sums(nv);
-  for (int j = 1; j <= state.nr; ++j)
-    for (int v = 1; v <= nv; ++v) sums(v) += state.ga(v, j) * state.zd(j);
+// The differences zd of a state in its non-redundant coordinates (nv).
+array1<double> non_redundant(const non_redundant_basis& basis, const array1<double>& zd) {
+  array1<double> sums(basis.nv);
+  for (int j = 1; j <= zd.size(); ++j)
+    for (int v = 1; v <= basis.nv; ++v) sums(v) += basis.ga(v, j) * zd(j);
   return sums;
 }
 
-// ga B M^-1/2 L: the modes L of `state` in the non-redundant coordinates whose `ga` is given (nv,n3).
-array2<double> modes_through(const array2<double>& ga, const states& state, int nv) {
-  array2<double> weighted_b(state.nr, state.n3);
-  for (int i = 1; i <= state.nr; ++i)
-    for (int k = 1; k <= state.n3; ++k) weighted_b(i, k) = state.br(k, i) / state.sqtmass(k);
-  return matmul(times_sparse(top(ga, nv), weighted_b), state.cm);
-}
-
-// Every column to length 1. A column of zeros, a mode that moves no coordinate, stays as it is.
-void normalise_columns(array2<double>& a) {
-  for (int i = 1; i <= a.cols(); ++i) {
-    double square = 0.0;
-    for (const double component : a.column(i)) square += component * component;
-    const double norm = std::sqrt(square);
-    if (norm == 0.0) continue;
-    for (double& component : a.column(i)) component /= norm;
-  }
-}
-
-// The Duschinsky matrices of this route. ga B M^-1/2 of a state is its `bm`, so that `cmr2` serves for the
-// modes in the state's own coordinates too.
-void set_duschinsky(states& s1, states& s2, int nv) {
-  s1.cmr2 = matmul(top(s1.bm, nv), s1.cm);
-  s2.cmr2 = matmul(top(s2.bm, nv), s2.cm);
-  s1.s_o = matmul(s1.cmr2, s2.cmr2, op::transposed, op::plain);
-  s2.s_o = matmul(s2.cmr2, s1.cmr2, op::transposed, op::plain);
-  s1.s_c = matmul(s1.cmr2, modes_through(s1.ga, s2, nv), op::transposed, op::plain);
-  s2.s_c = matmul(s2.cmr2, modes_through(s2.ga, s1, nv), op::transposed, op::plain);
-  normalise_columns(s1.s_c);
-  normalise_columns(s2.s_c);
-}
-
-// Displacement zd along each mode, in root electron masses times angstrom.
-array1<double> along_modes(const states& state, const array1<double>& zd) {
-  array1<double> p(state.n3);
-  for (int i = 1; i <= state.n3; ++i)
-    for (int j = 1; j <= zd.size(); ++j) p(i) += zd(j) * state.cmr2(j, i);
+// Non-redundant displacements along each mode, in root electron masses times angstrom.
+array1<double> along_modes(const non_redundant_basis& basis, const array1<double>& zd) {
+  array1<double> p(basis.cmr2.cols());
+  for (int i = 1; i <= p.size(); ++i)
+    for (int j = 1; j <= zd.size(); ++j) p(i) += zd(j) * basis.cmr2(j, i);
   return p;
 }
 
 // In units of the mode's zero-point length.
-array1<double> dimensionless(const states& state, const array1<double>& p) {
+array1<double> dimensionless(const normal_modes& modes, const array1<double>& p) {
   array1<double> d0 = p;
-  for (int i = 1; i <= state.n3; ++i) d0(i) /= mode_length(state, i);
+  for (int i = 1; i <= p.size(); ++i) d0(i) /= mode_length(modes, i);
   return d0;
 }
 
-// The results that follow from `d0_c`. A mode of no frequency has no finite length: its `d_c` is p itself.
-void set_mode_results(states& state, const array1<double>& p) {
-  const int n3 = state.n3;
-  state.d_c = state.lam_c = state.hr_c = array1<double>(n3);
-  state.lamt_c = 0.0;
+// The results that follow from the dimensionless displacements d0. A mode of no frequency has no finite
+// length: its displacement is p itself.
+mode_results results_of(array1<double> d0, const array1<double>& p, const normal_modes& modes) {
+  const int n3 = p.size();
+  mode_results results{array1<double>(n3), std::move(d0), array1<double>(n3), array1<double>(n3)};
   for (int i = 1; i <= n3; ++i) {
-    const double length = mode_length(state, i);
-    const double d0 = state.d0_c(i);
-    state.d_c(i) = (std::isfinite(length) ? length * d0 : p(i)) / bohr_to_ang;
-    state.lam_c(i) = d0 * d0 * state.freq(i) / 2.0;
-    state.lamt_c += state.lam_c(i);
-    state.hr_c(i) = d0 * d0 * 0.5;
+    const double length = mode_length(modes, i);
+    const double delta = results.d0(i);
+    results.d(i) = (std::isfinite(length) ? length * delta : p(i)) / bohr_to_ang;
+    results.lam(i) = delta * delta * modes.freq(i) / 2.0;
+    results.lamt += results.lam(i);
+    results.hr(i) = delta * delta * 0.5;
   }
+  return results;
 }
 
-void take_signs_of_cartesian_route(states& state) {
-  for (int i = 1; i <= state.n3; ++i)
-    for (array1<double>* field : {&state.d_c, &state.d0_c, &state.hr_c}) {
+void take_signs(const array1<double>& d, mode_results& results) {
+  for (int i = 1; i <= d.size(); ++i)
+    for (array1<double>* field : {&results.d, &results.d0, &results.hr}) {
       const double magnitude = std::abs((*field)(i));
-      (*field)(i) = state.d_sign_cart(i) < 0.0 ? -magnitude : magnitude;
+      (*field)(i) = d(i) < 0.0 ? -magnitude : magnitude;
     }
 }
 
@@ -182,27 +160,25 @@ void take_signs_of_cartesian_route(states& state) {
 void check_int_coord(array1<states>& state, const input_data& input, output_file& fout) {
   states& s1 = state(1);
   states& s2 = state(2);
-  const int nv = s1.nv;
-  compare_definitions(s1, s2);
-  if (s1.n3 != s2.n3)
-    fail({"the states have " + std::to_string(s1.natom) + " and " + std::to_string(s2.natom) + " atoms",
-          s2.ffreq.str(), 0, "", 0, "the same molecule in both states"});
-  set_differences(s1, s2, fout);
+  compare_definitions(s1.internal, s2.internal);
+  s1.internal.zd = differences(s1.internal, s2.internal);
+  s2.internal.zd = negative(s1.internal.zd);
+  print_large_changes(s1.atoms.symbol, s1.internal, s2.internal, fout);
   print_linear_estimate(s1, s2, fout);
-  set_duschinsky(s1, s2, nv);
-  proj_reorg_ene(state, input.proj_reorg);
+  for (states& each : state) each.basis.cmr2 = matmul(top(each.basis.bm, each.basis.nv), each.modes.cm);
+  if (input.proj_reorg) proj_reorg_ene(state);
 
-  const array1<double> p1 = along_modes(s1, non_redundant(s1, nv));
-  const array1<double> p2 = along_modes(s2, non_redundant(s2, nv));
-  s1.d0_c = dimensionless(s1, p1);
-  s2.d0_c = dimensionless(s2, p2);
-  for (int i = 1; i <= s1.n3; ++i)
-    if (s2.d0_c(i) * s1.d0_c(i) < 0.0) s2.d0_c(i) = -s2.d0_c(i);
-  set_mode_results(s1, p1);
-  set_mode_results(s2, p2);
+  const array1<double> p1 = along_modes(s1.basis, non_redundant(s1.basis, s1.internal.zd));
+  const array1<double> p2 = along_modes(s2.basis, non_redundant(s2.basis, s2.internal.zd));
+  const array1<double> d1 = dimensionless(s1.modes, p1);
+  array1<double> d2 = dimensionless(s2.modes, p2);
+  for (int i = 1; i <= d1.size(); ++i)
+    if (d2(i) * d1(i) < 0.0) d2(i) = -d2(i);
+  s1.dint = results_of(d1, p1, s1.modes);
+  s2.dint = results_of(std::move(d2), p2, s2.modes);
   if (input.d_sign_same_to_cart) {
-    take_signs_of_cartesian_route(s1);
-    take_signs_of_cartesian_route(s2);
+    take_signs(s1.cart.d, s1.dint);
+    take_signs(s2.cart.d, s2.dint);
   }
 }
 

@@ -8,12 +8,11 @@
 
 namespace vbn {
 
-// Compares state(1) and state(2) in their internal coordinates and fills, of both, `zd` (angstrom, radians;
-// opposite signs), `cmr2` (nv,n3), `s_o`, `s_c`, `d0_c`, `d_c`, `lam_c`, `lamt_c` and `hr_c`. Two sections go
-// to the log: the large changes of bonds, and each change beside its linear estimate from the B matrix. Needs
-// the non-redundant basis and the modes. With `proj_reorg` it writes the reorganisation energies by
-// coordinate. Coordinates defined in another way in the two states are told; unequal numbers of them stop the
-// run.
+// Compares the states in their internal coordinates and fills, of both, `zd` (angstrom, radians; opposite
+// signs), `cmr2` and the results `dint`. Two sections go to the log: the large changes of bonds, and each
+// change beside its linear estimate from the B matrix. Needs the non-redundant basis and the modes. With
+// `proj_reorg` it writes the reorganisation energies by coordinate. Coordinates with other definitions in the
+// two states are printed to standard output; unequal numbers of them stop the run.
 void check_int_coord(array1<states>& state, const input_data& input, output_file& fout);
 
 }  // namespace vbn

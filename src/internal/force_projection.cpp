@@ -5,11 +5,9 @@
 
 namespace vbn {
 
-void get_proj_f0(states& state, bool proj_f0) {
-  if (!proj_f0) return;
-  const array2<double>& b = state.bm;
-  const array2<double> internal = matmul(matmul(b, state.fc), b, op::plain, op::transposed);
-  state.fc = matmul(matmul(b, internal, op::transposed), b);
+void get_proj_f0(const array2<double>& bm, force_constants& force) {
+  const array2<double> internal = matmul(matmul(bm, force.fc()), bm, op::plain, op::transposed);
+  force.set_projected_fc(matmul(matmul(bm, internal, op::transposed), bm));
 }
 
 }  // namespace vbn

@@ -1,12 +1,13 @@
 // Projection of the force constants on the space of the internal coordinates.
 #pragma once
 
-#include "molecule/record.hpp"  // for states
+#include "linalg/array.hpp"              // for array2
+#include "molecule/force_constants.hpp"  // for force_constants
 
 namespace vbn {
 
-// With `proj_f0` on, `fc` becomes its projection bm^T bm fc bm^T bm; `fcm` and the modes stay as they are.
-// Shapes: fc, bm (n3,n3). Off, nothing is done.
-void get_proj_f0(states& state, bool proj_f0);
+// `fc` becomes its projection bm^T bm fc bm^T bm; the mass-weighted form and the modes stay as they are.
+// Shape: bm (n3,n3).
+void get_proj_f0(const array2<double>& bm, force_constants& force);
 
 }  // namespace vbn

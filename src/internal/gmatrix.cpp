@@ -116,14 +116,15 @@ array2<double> kept_vectors(const array1<double>& e, const array2<double>& v, do
 
 }  // namespace
 
-void get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b, array2<double>& g) {
-  g = array2<double>(b.rows(), b.rows());
+array2<double> get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b) {
+  array2<double> g(b.rows(), b.rows());
   if (mostly_zero(b)) {
     sparse_g(mass, b, g);
   } else {
     dense_g(mass, b, g);
   }
   mirror(g);
+  return g;
 }
 
 array2<double> times_sparse(const array2<double>& a, const array2<double>& b) {
@@ -155,31 +156,31 @@ void matrix_power(double power, const array2<double>& a, array1<double>& e, arra
   mirror(ap);
 }
 
-void get_int_gmatrix(states& state, double gcut, output_file& fout) {
-  const int nr = state.nr;
-  const int n3 = state.n3;
-  const array2<double> b = transposed(state.br);
-  get_wilson_g_matrix(state.massau, b, state.bmbt);
+non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>& br,
+                                    const std::string& ffreq, double gcut, output_file& fout) {
+  const int nr = br.cols();
+  const int n3 = atoms.n3;
+  const array2<double> b = transposed(br);
   array1<double> e;
   array2<double> v;
   int info = 0;
-  diag_symm(state.bmbt, e, v, info);
+  diag_symm(get_wilson_g_matrix(atoms.massau, b), e, v, info);
   const int nv = static_cast<int>(
       std::ranges::count_if(e, [gcut](double eigenvalue) { return std::abs(eigenvalue) > gcut; }));
   fout.write(gcut_line, {gcut});
   fout.write(vibrations_line, {n3 - 6});
   fout.write(found_line, {nv});
   if (nv != n3 - 6 && nv != n3 - 5) tell_wrong_count(e, fout);
-  if (nv != state.nv)
-    warn(state.ffreq.str() + ": " + std::to_string(nv) + " independent internal coordinates where 3N-6 is " +
-         std::to_string(state.nv) + ": the route through them uses the first " + std::to_string(state.nv));
+  non_redundant_basis basis;
+  basis.nv = n3 - 6;
+  if (nv != basis.nv)
+    warn(ffreq + ": " + std::to_string(nv) + " independent internal coordinates where 3N-6 is " +
+         std::to_string(basis.nv) + ": the route through them uses the first " + std::to_string(basis.nv));
 
   const array2<double> at = transposed(kept_vectors(e, v, gcut, nv));
   const array2<double> b1 = times_sparse(at, b);
-  array2<double> g1;
   array2<double> g12;
-  get_wilson_g_matrix(state.massau, b1, g1);
-  matrix_power(overlap_power, g1, e, v, g12);
+  matrix_power(overlap_power, get_wilson_g_matrix(atoms.massau, b1), e, v, g12);
   std::vector<double> shown;
   for (const double root : e) shown.push_back(std::pow(root, -overlap_power));
   fout.write(overlap_title);
@@ -187,13 +188,13 @@ void get_int_gmatrix(states& state, double gcut, output_file& fout) {
 
   const array2<double> b2 = matmul(g12, b1);
   const array2<double> gt = matmul(g12, at);
-  state.bm = array2<double>(n3, n3);
-  state.ga = array2<double>(n3, nr);
-  state.ag = array2<double>(nr, n3);
+  basis.bm = array2<double>(n3, n3);
+  basis.ga = array2<double>(n3, nr);
   for (int i = 1; i <= nv; ++i) {
-    for (int j = 1; j <= n3; ++j) state.bm(i, j) = b2(i, j) / state.sqtmass(j);
-    for (int j = 1; j <= nr; ++j) state.ga(i, j) = state.ag(j, i) = gt(i, j);
+    for (int j = 1; j <= n3; ++j) basis.bm(i, j) = b2(i, j) / atoms.sqtmass(j);
+    for (int j = 1; j <= nr; ++j) basis.ga(i, j) = gt(i, j);
   }
+  return basis;
 }
 
 }  // namespace vbn

@@ -1,22 +1,25 @@
 // The non-redundant basis of a state's internal coordinates by way of the Wilson G matrix.
 #pragma once
 
+#include <string>
+
 #include "linalg/array.hpp"      // for array1, array2
-#include "molecule/record.hpp"   // for states
+#include "molecule/record.hpp"   // for atom_data, non_redundant_basis
 #include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 
-// Fills `bmbt`, `bm`, `ga` and `ag` of the state, which `int_allocate` has taken, from `br` (angstrom) and
-// the masses (electron masses): eigenvectors of G with an eigenvalue beyond gcut in magnitude,
-// orthonormalised by the -1/2 power of their own G matrix, so that bm bmT = 1 on the rows in use. Their
-// number goes to the log and must be n3 - 6 or n3 - 5; else the log tells the eigenvalues and the run stops.
-// One that is not `nv` gives a warning, as the later steps use the first `nv`. After Wilson, J. Chem. Phys. 9
-// (1941) 76, and Pulay, Fogarasi, J. Chem. Phys. 96 (1992) 2856.
-void get_int_gmatrix(states& state, double gcut, output_file& fout);
+// The basis of the redundant coordinates by their B rows `br` (angstrom) and the masses (electron masses):
+// eigenvectors of G with an eigenvalue beyond gcut in magnitude, orthonormalised by the -1/2 power of their
+// own G matrix, so that bm bmT = 1 on the rows in use. Their number goes to the log and must be n3 - 6 or n3
+// - 5; otherwise the eigenvalues go to the log and the run stops. A number other than `nv` gives a warning
+// that names the file `ffreq`, as the later steps use the first `nv`. After Wilson, J. Chem. Phys. 9 (1941)
+// 76, and Pulay, Fogarasi, J. Chem. Phys. 96 (1992) 2856.
+non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>& br,
+                                    const std::string& ffreq, double gcut, output_file& fout);
 
-// g(m,m) = B M^-1 BT of b(m,3n) and the n masses.
-void get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b, array2<double>& g);
+// The matrix B M^-1 BT (m,m) of b(m,3n) and the n masses.
+array2<double> get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b);
 
 // a x b of b(m,n) that is mostly zeros, such as rows of B: each element is summed as in a plain product, its
 // zero terms left out, which changes no bit.

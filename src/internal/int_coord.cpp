@@ -3,6 +3,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "internal/bond.hpp"         // for get_bond, def_bond, get_bond_num
@@ -30,9 +31,12 @@ struct coordinate {
 
 // The molecule and what has been made of it so far.
 struct walk {
-  const states& state;  // `bond`, `bond_num` and `impropt` are set
+  const std::string& ffreq;
   const input_data& input;
-  array1<vector3> x;  // angstrom
+  array1<vector3> x;     // angstrom
+  array2<bool_> bond;    // bond graph
+  array1<int> bond_num;  // neighbours of each atom
+  bool impropt;          // impropers are in use
   std::vector<coordinate> made;
   // Of each collinear chain the ends, in places 1 and 3, and the centre of its first triple.
   std::vector<std::array<int, 3>> chains;
@@ -93,13 +97,13 @@ void get_int_stretch(walk& w) {
   const int n = w.x.size();
   for (int i = 1; i < n; ++i)
     for (int j = i + 1; j <= n; ++j)
-      if (w.state.bond(i, j)) add(w, kind_stretch, {i, j, 0, 0}, stretch_row(get_r_d(w.x(i), w.x(j))));
+      if (w.bond(i, j)) add(w, kind_stretch, {i, j, 0, 0}, stretch_row(get_r_d(w.x(i), w.x(j))));
 }
 
 // At a centre with more than two bonds a nearly straight bend gives no coordinate: others span its motion.
 void add_bend(walk& w, const bend& at) {
   const auto [i, j, k, ij, kj, sinphi, sinmin, listed] = at;
-  const bool few_bonds = w.state.bond_num(j) <= 2;
+  const bool few_bonds = w.bond_num(j) <= 2;
   if (k <= i) return;
   if (few_bonds && (sinphi < sinmin || (listed && marked_linear(w.input, i, j, k)))) {
     note_chain(w, i, j, k);
@@ -114,8 +118,8 @@ void add_dihedral(walk& w, int kind, const bend& at, int l, const direction& lk,
   const double sinph3 = sine_of(-dot(lk.r, at.kj.r));
   if (requested && (at.sinphi < undefined_sine || sinph3 < undefined_sine)) {
     warn("the added dihedral " + std::to_string(at.i) + " " + std::to_string(at.j) + " " +
-         std::to_string(at.k) + " " + std::to_string(l) + " has three atoms in a line in " +
-         w.state.ffreq.str() + ": it is left out");
+         std::to_string(at.k) + " " + std::to_string(l) + " has three atoms in a line in " + w.ffreq +
+         ": it is left out");
     return;
   }
   add(w, kind, {at.i, at.j, at.k, l}, dihedral_row(at.ij, at.kj, lk));
@@ -128,12 +132,12 @@ void add_torsions(walk& w, const bend& at) {
     const int verdict = listed ? def_int(w.input, 'd', i, j, k, l) : 0;
     if (verdict == -1) continue;
     const bool requested = verdict == 1;
-    if ((sinphi > sinmin && k > j && w.state.bond(k, l)) || requested) {
+    if ((sinphi > sinmin && k > j && w.bond(k, l)) || requested) {
       const direction lk = get_r_d(w.x(l), w.x(k));
       const double sinph3 = sine_of(-dot(lk.r, kj.r));
-      if (sinph3 > sinmin || (w.state.bond_num(k) <= 2 && sinph3 > least_sine) || requested)
+      if (sinph3 > sinmin || (w.bond_num(k) <= 2 && sinph3 > least_sine) || requested)
         add_dihedral(w, kind_dihedral, at, l, lk, requested);
-    } else if (w.state.impropt && sinphi > least_sine && k > i && l > k && w.state.bond(j, l)) {
+    } else if (w.impropt && sinphi > least_sine && k > i && l > k && w.bond(j, l)) {
       wilson_row row;
       if (improper_row(ij, kj, get_r_d(w.x(l), w.x(j)), row)) add(w, kind_improper, {i, j, k, l}, row);
     }
@@ -148,7 +152,7 @@ void add_chain_torsions(walk& w) {
     if (j == k) continue;  // a ring of bends that the input calls linear: no axis to turn about
     const direction kj = get_r_d(w.x(k), w.x(j));
     for (int i = 1; i <= w.x.size(); ++i) {
-      if (!((i != k && w.state.bond(i, j)) || def_int(w.input, 'a', i, j, k, 0) == 1)) continue;
+      if (!((i != k && w.bond(i, j)) || def_int(w.input, 'a', i, j, k, 0) == 1)) continue;
       const direction ij = get_r_d(w.x(i), w.x(j));
       const bend at{i, j, k, ij, kj, sine_of(dot(kj.r, ij.r)), least_sine, true};
       for (int l = 1; l <= w.x.size(); ++l) {
@@ -156,7 +160,7 @@ void add_chain_torsions(walk& w) {
         const int verdict = def_int(w.input, 'd', i, j, k, l);
         if (verdict == -1) continue;
         const bool requested = verdict == 1;
-        if (!((at.sinphi > least_sine && w.state.bond(k, l)) || requested)) continue;
+        if (!((at.sinphi > least_sine && w.bond(k, l)) || requested)) continue;
         const direction lk = get_r_d(w.x(l), w.x(k));
         if (sine_of(-dot(lk.r, kj.r)) > least_sine || requested)
           add_dihedral(w, kind_linear_torsion, at, l, lk, requested);
@@ -169,14 +173,14 @@ void get_int_angle(walk& w) {
   const int n = w.x.size();
   for (int i = 1; i <= n; ++i)
     for (int j = 1; j <= n; ++j) {
-      if (!w.state.bond(i, j)) continue;
+      if (!w.bond(i, j)) continue;
       const bool listed = def_int(w.input, 'b', i, j, 0, 0) != 0;
       const direction ij = get_r_d(w.x(i), w.x(j));
       for (int k = 1; k <= n; ++k) {
         const int verdict = listed ? def_int(w.input, 'a', i, j, k, 0) : 0;
-        if (verdict == -1 || !((k != i && w.state.bond(k, j)) || verdict == 1)) continue;
+        if (verdict == -1 || !((k != i && w.bond(k, j)) || verdict == 1)) continue;
         const direction kj = get_r_d(w.x(k), w.x(j));
-        const double sinmin = w.state.bond_num(j) > 2 ? crowded_sine : linear_sine;
+        const double sinmin = w.bond_num(j) > 2 ? crowded_sine : linear_sine;
         const bend at{i, j, k, ij, kj, sine_of(dot(kj.r, ij.r)), sinmin, listed};
         add_bend(w, at);
         add_torsions(w, at);
@@ -186,63 +190,58 @@ void get_int_angle(walk& w) {
 }
 
 // No direction leads from an atom to another one at the same place.
-void refuse_coincident_atoms(const states& state) {
-  for (int i = 1; i < state.natom; ++i)
-    for (int j = i + 1; j <= state.natom; ++j)
-      if (state.x(1, i) == state.x(1, j) && state.x(2, i) == state.x(2, j) && state.x(3, i) == state.x(3, j))
-        fail({"atoms " + std::to_string(i) + " and " + std::to_string(j) + " stand at the same place",
-              state.ffreq.str(), 0, "", 0, "atoms apart from each other, or set_cart = t"});
+void refuse_coincident_atoms(const array2<double>& x, const std::string& ffreq) {
+  for (int i = 1; i < x.cols(); ++i)
+    for (int j = i + 1; j <= x.cols(); ++j)
+      if (x(1, i) == x(1, j) && x(2, i) == x(2, j) && x(3, i) == x(3, j))
+        fail({"atoms " + std::to_string(i) + " and " + std::to_string(j) + " stand at the same place", ffreq,
+              0, "", 0, "atoms apart from each other, or set_cart = t"});
 }
 
-void set_bond_graph(states& state, const input_data& input, const array2<double>& xau) {
-  get_bond(xau, state.nat, state.bond);
-  def_bond(input, state.bond);
-  get_bond_num(state.bond, state.bond_num);
+// Impropers are in use where a single atom has more than one neighbour.
+bool use_impropers(const array1<int>& bond_num) {
   int n2bond = 0;
-  for (int i = 1; i <= state.natom; ++i) {
-    if (state.bond_num(i) == 0) {
+  for (int i = 1; i <= bond_num.size(); ++i) {
+    if (bond_num(i) == 0) {
       static const layout unconnected("(\"Atom \", i10)");
       tell(unconnected, {i});
       stop("unconnected atom in bmatred");
     }
-    if (state.bond_num(i) > 1) ++n2bond;
+    if (bond_num(i) > 1) ++n2bond;
   }
-  state.impropt = state.natom > 3 && n2bond == 1;
+  return bond_num.size() > 3 && n2bond == 1;
 }
 
-// Lays the coordinates down in the arrays of the record, which they size.
-void store(states& state, const walk& w) {
+// Lays the coordinates down in arrays.
+internal_coordinates laid_down(walk w) {
   const int nr = static_cast<int>(w.made.size());
-  state.nr = nr;
-  state.nv = state.n3 - 6;
-  state.z = state.zd = state.scales = array1<double>(nr);
-  state.iztype = array1<int>(nr);
-  state.intdef = array2<int>(4, nr);
-  state.br = array2<double>(state.n3, nr);
+  internal_coordinates made;
+  made.nr = nr;
+  made.z = made.zd = made.scales = array1<double>(nr);
+  made.iztype = array1<int>(nr);
+  made.intdef = array2<int>(4, nr);
+  made.br = array2<double>(3 * w.x.size(), nr);
   array1<int> count(kind_linear_torsion);
   for (int m = 1; m <= nr; ++m) {
     const coordinate& c = w.made[static_cast<std::size_t>(m - 1)];
     ++count(c.kind);
-    state.z(m) = c.row.z;
-    state.scales(m) = c.kind == kind_stretch ? 1.0 : rad_to_deg;
-    state.iztype(m) = c.kind;
+    made.z(m) = c.row.z;
+    made.scales(m) = c.kind == kind_stretch ? 1.0 : rad_to_deg;
+    made.iztype(m) = c.kind;
     for (std::size_t place = 0; place < 4 && c.atoms[place] > 0; ++place) {
-      state.intdef(static_cast<int>(place) + 1, m) = c.atoms[place];
+      made.intdef(static_cast<int>(place) + 1, m) = c.atoms[place];
       for (int a = 1; a <= 3; ++a)
-        state.br(3 * (c.atoms[place] - 1) + a, m) = c.row.b[place][static_cast<std::size_t>(a - 1)];
+        made.br(3 * (c.atoms[place] - 1) + a, m) = c.row.b[place][static_cast<std::size_t>(a - 1)];
     }
   }
-  state.nb = count(kind_stretch);
-  state.nl = count(kind_linear_bend);
-  state.na = count(kind_bend);
-  state.nt = count(kind_dihedral);
-  state.nit = count(kind_improper);
-  state.nlt = count(kind_linear_torsion);
-  state.nlin = static_cast<int>(w.chains.size());
-  state.linbon = array2<int>(3, state.nlin);
-  for (int c = 1; c <= state.nlin; ++c)
-    for (int place = 1; place <= 3; ++place)
-      state.linbon(place, c) = w.chains[static_cast<std::size_t>(c - 1)][static_cast<std::size_t>(place - 1)];
+  made.nb = count(kind_stretch);
+  made.na = count(kind_bend);
+  made.nt = count(kind_dihedral);
+  made.nit = count(kind_improper);
+  made.nlt = count(kind_linear_torsion);
+  made.nlin = static_cast<int>(w.chains.size());
+  made.bond = std::move(w.bond);
+  return made;
 }
 
 }  // namespace
@@ -271,17 +270,20 @@ int def_int(const input_data& input, char int_type, int i, int j, int k, int l) 
   return 0;
 }
 
-void get_int_coord(states& state, const input_data& input) {
-  refuse_coincident_atoms(state);
-  array2<double> xau = state.x;
+internal_coordinates get_int_coord(const atom_data& atoms, const std::string& ffreq,
+                                   const input_data& input) {
+  refuse_coincident_atoms(atoms.x, ffreq);
+  array2<double> xau = atoms.x;
   for (double& component : xau.span()) component *= bohr_to_ang;
-  set_bond_graph(state, input, xau);
 
-  walk w{state, input, array1<vector3>(state.natom), {}, {}};
-  for (int i = 1; i <= state.natom; ++i) w.x(i) = {xau(1, i), xau(2, i), xau(3, i)};
+  walk w{ffreq, input, array1<vector3>(atoms.natom), get_bond(xau, atoms.nat), {}, false, {}, {}};
+  def_bond(input, w.bond);
+  w.bond_num = get_bond_num(w.bond);
+  w.impropt = use_impropers(w.bond_num);
+  for (int i = 1; i <= atoms.natom; ++i) w.x(i) = {xau(1, i), xau(2, i), xau(3, i)};
   get_int_stretch(w);
   get_int_angle(w);
-  store(state, w);
+  return laid_down(std::move(w));
 }
 
 }  // namespace vbn

@@ -37,24 +37,26 @@ struct shares {
 };
 
 // Force constants over the coordinates, cm-1 over the squared unit of the coordinate.
-array2<double> force_constants(const states& state, int nr, int nv, int n3) {
-  const int modes = n3 - first_vibration + 1;
-  array2<double> ag(nr, nv);
-  array2<double> cmr2(nv, modes);
-  for (int k = 1; k <= nv; ++k) {
-    std::ranges::copy(state.ag.column(k), ag.column(k).begin());
-    for (int i = 1; i <= modes; ++i) cmr2(k, i) = state.cmr2(k, i + first_vibration - 1);
+array2<double> force_constants_of(const non_redundant_basis& basis, const normal_modes& modes) {
+  const int nr = basis.ga.cols();
+  const int nmode = modes.freq.size() - first_vibration + 1;
+  array2<double> ag(nr, basis.nv);
+  array2<double> cmr2(basis.nv, nmode);
+  for (int k = 1; k <= basis.nv; ++k) {
+    for (int j = 1; j <= nr; ++j) ag(j, k) = basis.ga(k, j);
+    for (int i = 1; i <= nmode; ++i) cmr2(k, i) = basis.cmr2(k, i + first_vibration - 1);
   }
   array2<double> gc = matmul(ag, cmr2);
-  for (int i = 1; i <= modes; ++i) {
+  for (int i = 1; i <= nmode; ++i) {
     const int mode = i + first_vibration - 1;
-    const double root = std::sqrt(std::abs(state.freq(mode)) * au_to_cm) / mode_length(state, mode);
+    const double root = std::sqrt(std::abs(modes.freq(mode)) * au_to_cm) / mode_length(modes, mode);
     for (double& component : gc.column(i)) component *= root;
   }
   return matmul(gc, gc, op::plain, op::transposed);
 }
 
-shares split(const array2<double>& fc, const array1<double>& zd, int nr) {
+shares split(const array2<double>& fc, const array1<double>& zd) {
+  const int nr = zd.size();
   shares s{array1<double>(nr), array1<double>(nr), array1<double>(nr)};
   for (int j = 1; j <= nr; ++j) {
     for (int k = 1; k <= nr; ++k) (j == k ? s.xx : s.xy)(j) += 0.5 * fc(j, k) * zd(j) * zd(k);
@@ -71,7 +73,9 @@ void write_sums(output_file& out, const shares& s1, const shares& s2) {
             {"sum:", s1.xx_tot, s1.xy_tot, s1.x_tot, s2.xx_tot, s2.xy_tot, s2.x_tot, s1.x_tot + s2.x_tot});
 }
 
-void write_table(const states& state, int nr, const shares& s1, const shares& s2) {
+void write_table(const atom_data& atoms, const internal_coordinates& internal, const shares& s1,
+                 const shares& s2) {
+  const int nr = internal.nr;
   array1<double> lam_tot(nr);
   for (int j = 1; j <= nr; ++j) lam_tot(j) = s1.x(j) + s2.x(j);
   array1<int> order(nr);
@@ -80,7 +84,7 @@ void write_table(const states& state, int nr, const shares& s1, const shares& s2
 
   output_file out("proj_reorg.dat");
   out.line("");
-  for (int i = 1; i <= state.natom; ++i) out.write(atom_line, {i, state.symbol(i)});
+  for (int i = 1; i <= atoms.natom; ++i) out.write(atom_line, {i, atoms.symbol(i)});
   out.line("");
   out.write(zd_line);
   out.line("");
@@ -95,9 +99,9 @@ void write_table(const states& state, int nr, const shares& s1, const shares& s2
   out.write(rule);
   for (int i = 1; i <= nr; ++i) {
     const int k = order(i);
-    out.write(row_line, {i, state.iztype(k), state.intdef(1, k), state.intdef(2, k), state.intdef(3, k),
-                         state.intdef(4, k), state.zd(k), s1.xx(k), s1.xy(k), s1.x(k), s2.xx(k), s2.xy(k),
-                         s2.x(k), lam_tot(k)});
+    out.write(row_line, {i, internal.iztype(k), internal.intdef(1, k), internal.intdef(2, k),
+                         internal.intdef(3, k), internal.intdef(4, k), internal.zd(k), s1.xx(k), s1.xy(k),
+                         s1.x(k), s2.xx(k), s2.xy(k), s2.x(k), lam_tot(k)});
   }
   out.write(rule);
   write_sums(out, s1, s2);
@@ -106,10 +110,10 @@ void write_table(const states& state, int nr, const shares& s1, const shares& s2
 
 }  // namespace
 
-double mode_length(const states& state, int i) {
-  const double held = state.zptlen(i);
+double mode_length(const normal_modes& modes, int i) {
+  const double held = modes.zptlen(i);
   if (std::isfinite(held) && held > 0.0) return held;
-  return bohr_to_ang * std::sqrt(1.0 / std::abs(state.freq(i)));
+  return bohr_to_ang * std::sqrt(1.0 / std::abs(modes.freq(i)));
 }
 
 void reverse_order(array1<int>& order) {
@@ -117,12 +121,11 @@ void reverse_order(array1<int>& order) {
   for (int i = 1; i <= n / 2; ++i) std::swap(order(i), order(n + 1 - i));
 }
 
-void proj_reorg_ene(const array1<states>& state, bool proj_reorg) {
-  if (!proj_reorg) return;
-  const states& first = state(1);
-  const shares s1 = split(force_constants(first, first.nr, first.nv, first.n3), first.zd, first.nr);
-  const shares s2 = split(force_constants(state(2), first.nr, first.nv, first.n3), first.zd, first.nr);
-  write_table(first, first.nr, s1, s2);
+void proj_reorg_ene(const array1<states>& state) {
+  const internal_coordinates& first = state(1).internal;
+  const shares s1 = split(force_constants_of(state(1).basis, state(1).modes), first.zd);
+  const shares s2 = split(force_constants_of(state(2).basis, state(2).modes), first.zd);
+  write_table(state(1).atoms, first, s1, s2);
 }
 
 }  // namespace vbn

@@ -26,38 +26,40 @@ constexpr kind_section sections[] = {
     {R"((2x,"6. torsion about linear bend"))", R"((2i6, f10.4, 2x, "Deg", a8,3(" -",a8), " | ", 12f8.4))", 4},
 };
 
-void print_kind(const states& state, int kind, const kind_section& section, output_file& fout) {
+void print_kind(const internal_coordinates& internal, const atom_data& atoms, int kind,
+                const kind_section& section, output_file& fout) {
   fout.write(layout(section.heading));
   const layout row(section.row);
   int number = 0;
   std::vector<value> values;
-  for (int i = 1; i <= state.nr; ++i) {
-    if (state.iztype(i) != kind) continue;
-    const double shown = kind == kind_stretch ? state.z(i) : state.z(i) / pi_value * 180.0;
+  for (int i = 1; i <= internal.nr; ++i) {
+    if (internal.iztype(i) != kind) continue;
+    const double shown = kind == kind_stretch ? internal.z(i) : internal.z(i) / pi_value * 180.0;
     values = {i, ++number, shown};
     for (int place = 1; place <= section.atoms; ++place)
-      values.emplace_back(state.sym_num(state.intdef(place, i)).trimmed());
+      values.emplace_back(atoms.sym_num(internal.intdef(place, i)).trimmed());
     for (int place = 1; place <= section.atoms; ++place)
-      for (int a = 1; a <= 3; ++a) values.emplace_back(state.br(3 * (state.intdef(place, i) - 1) + a, i));
+      for (int a = 1; a <= 3; ++a)
+        values.emplace_back(internal.br(3 * (internal.intdef(place, i) - 1) + a, i));
     fout.write(row, values);
   }
 }
 
 }  // namespace
 
-void print_int_coord(const states& state, output_file& fout) {
+void print_int_coord(const internal_coordinates& internal, const atom_data& atoms, output_file& fout) {
   const layout rule("(80(1h-))");
   fout.write(rule);
   fout.write(layout(R"((2x,"! The information of internal coordinates"))"));
-  fout.write(layout(R"((2x,"nber bond                    =", i10))"), {state.nb});
-  fout.write(layout(R"((2x,"nber proper bend             =", i10))"), {state.na});
-  fout.write(layout(R"((2x,"nber linear bend             =", i10))"), {state.nlin});
-  fout.write(layout(R"((2x,"nber proper torsion          =", i10))"), {state.nt});
-  fout.write(layout(R"((2x,"nber improper torsion        =", i10))"), {state.nit});
-  fout.write(layout(R"((2x,"nber improper torsion linear =", i10))"), {state.nlt});
-  fout.write(layout(R"((2x,"nber tot redundant int       =", i10))"), {state.nr});
+  fout.write(layout(R"((2x,"nber bond                    =", i10))"), {internal.nb});
+  fout.write(layout(R"((2x,"nber proper bend             =", i10))"), {internal.na});
+  fout.write(layout(R"((2x,"nber linear bend             =", i10))"), {internal.nlin});
+  fout.write(layout(R"((2x,"nber proper torsion          =", i10))"), {internal.nt});
+  fout.write(layout(R"((2x,"nber improper torsion        =", i10))"), {internal.nit});
+  fout.write(layout(R"((2x,"nber improper torsion linear =", i10))"), {internal.nlt});
+  fout.write(layout(R"((2x,"nber tot redundant int       =", i10))"), {internal.nr});
   int kind = 0;
-  for (const kind_section& section : sections) print_kind(state, ++kind, section, fout);
+  for (const kind_section& section : sections) print_kind(internal, atoms, ++kind, section, fout);
   fout.write(rule);
 }
 

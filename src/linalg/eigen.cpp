@@ -23,4 +23,14 @@ void diag_symm(const array2<double>& matrix, array1<double>& eval, array2<double
   sort_vec_large(vector.rows(), vector.cols(), vector);
 }
 
+array1<double> eigenvalues_symm(const array2<double>& matrix) {
+  array1<double> eval;
+  array1<double> e;
+  array2<double> none;
+  int info = 0;
+  tred1e(matrix, eval, e);
+  tql2e(eval, e, none, info);
+  return eval;
+}
+
 }  // namespace vbn

@@ -102,21 +102,35 @@ void accumulate(const array2<double>& w, const array1<double>& d, array2<double>
   }
 }
 
-}  // namespace
-
-void tred2e(const array2<double>& a, array1<double>& d, array1<double>& e, array2<double>& z,
-            const lane_kernels& kernels) {
+// The lower triangle of a in rows, as `reduce` takes it, reduced.
+array2<double> reduced(const array2<double>& a, array1<double>& d, array1<double>& e,
+                       const lane_kernels& kernels) {
   const int n = a.rows();
   array2<double> w(n, n);
   for (int j = 1; j <= n; ++j)
     for (int i = j; i <= n; ++i) w(j, i) = a(i, j);
   d = array1<double>(n);
   e = array1<double>(n);
-  z = array2<double>(n, n);
-  if (n == 0) return;
-  reduce(w, d, e, kernels);
+  if (n > 0) reduce(w, d, e, kernels);
+  return w;
+}
+
+void take_diagonal(const array2<double>& w, array1<double>& d) {
+  for (int i = 1; i <= w.rows(); ++i) d(i) = w(i, i);
+}
+
+}  // namespace
+
+void tred2e(const array2<double>& a, array1<double>& d, array1<double>& e, array2<double>& z,
+            const lane_kernels& kernels) {
+  const array2<double> w = reduced(a, d, e, kernels);
+  z = array2<double>(a.rows(), a.rows());
   accumulate(w, d, z, kernels);
-  for (int i = 1; i <= n; ++i) d(i) = w(i, i);
+  take_diagonal(w, d);
+}
+
+void tred1e(const array2<double>& a, array1<double>& d, array1<double>& e) {
+  take_diagonal(reduced(a, d, e, available_kernels().back()), d);
 }
 
 void tred2e(const array2<double>& a, array1<double>& d, array1<double>& e, array2<double>& z) {

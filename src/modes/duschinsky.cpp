@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "linalg/matmul.hpp"       // for matmul, transposed
 #include "modes/ordering.hpp"      // for vbn_ord
@@ -19,33 +20,40 @@ constexpr double orthogonality_eps = 1.0e-12;
 constexpr int first_vibration = 7;       // by position, whatever the key start_mode says
 constexpr double length_of_rest = 10.0;  // `zptlen` of the modes before
 
-void zero_point_lengths(states& state) {
-  for (double& length : state.zptlen) length = length_of_rest;
-  for (int i = first_vibration; i <= state.n3; ++i)
-    state.zptlen(i) = bohr_to_ang * std::sqrt(1.0 / state.freq(i));
+array1<double> zero_point_lengths(const array1<double>& freq) {
+  array1<double> zptlen(freq.size(), length_of_rest);
+  for (int i = first_vibration; i <= freq.size(); ++i) zptlen(i) = bohr_to_ang * std::sqrt(1.0 / freq(i));
+  return zptlen;
 }
 
-// d := cm^T dq.
-void project_displacement(const array2<double>& cm, const array1<double>& dq, array1<double>& d) {
+double sum_of_vibrations(const array1<double>& freq) {
+  double freqt = 0.0;
+  for (int i = first_vibration; i <= freq.size(); ++i) freqt += std::abs(freq(i));
+  return freqt;
+}
+
+// cm^T dq.
+array1<double> project_displacement(const array2<double>& cm, const array1<double>& dq) {
+  array1<double> d(cm.cols());
   for (int i = 1; i <= cm.cols(); ++i) {
     double sum = 0.0;
     for (int k = 1; k <= cm.rows(); ++k) sum += cm(k, i) * dq(k);
     d(i) = sum;
   }
+  return d;
 }
 
-// What follows from `d` and `freq`, mode by mode, and the totals.
-void reorganisation(states& state) {
-  state.lamt = 0.0;
-  state.freqt = 0.0;
-  for (int i = 1; i <= state.n3; ++i) {
-    state.d0(i) = state.d(i) * std::sqrt(std::abs(state.freq(i)));
-    state.hr(i) = state.d0(i) * state.d0(i) * 0.5;
-    state.lam(i) = state.hr(i) * state.freq(i);
-    state.lamt += state.lam(i);
-    if (i >= first_vibration) state.freqt += std::abs(state.freq(i));
-    state.d_sign_cart(i) = state.d(i) < 0.0 ? -1.0 : 1.0;
+// What follows from the displacements and frequencies, mode by mode, and the total.
+mode_results reorganisation(array1<double> d, const array1<double>& freq) {
+  const int n3 = freq.size();
+  mode_results results{std::move(d), array1<double>(n3), array1<double>(n3), array1<double>(n3)};
+  for (int i = 1; i <= n3; ++i) {
+    results.d0(i) = results.d(i) * std::sqrt(std::abs(freq(i)));
+    results.hr(i) = results.d0(i) * results.d0(i) * 0.5;
+    results.lam(i) = results.hr(i) * freq(i);
+    results.lamt += results.lam(i);
   }
+  return results;
 }
 
 }  // namespace
@@ -70,40 +78,38 @@ void test_fc(const array2<double>& c) {
 void get_vbn(array1<states>& state, const input_keys& keys) {
   states& g = state(1);
   states& e = state(2);
-  const int natom = g.natom;
-  const int n3 = g.n3;
+  const int n3 = g.atoms.n3;
 
-  zero_point_lengths(g);
-  zero_point_lengths(e);
-  test_fc(g.cm);
-  test_fc(e.cm);
-  g.s = matmul(g.cm, e.cm, op::transposed);
-  e.s = transposed(g.s);
+  for (states& each : state) {
+    each.modes.zptlen = zero_point_lengths(each.modes.freq);
+    each.modes.freqt = sum_of_vibrations(each.modes.freq);
+    test_fc(each.modes.cm);
+  }
+  g.modes.s = matmul(g.modes.cm, e.modes.cm, op::transposed);
+  e.modes.s = transposed(g.modes.s);
 
   // The masses of state 1 weigh the displacement on both sides.
   array1<double> dq1(n3);
   array1<double> dq2(n3);
-  for (int i = 1; i <= natom; ++i) {
+  for (int i = 1; i <= g.atoms.natom; ++i) {
     for (int a = 1; a <= 3; ++a) {
       const int k = 3 * (i - 1) + a;
-      dq1(k) = (e.x(a, i) - g.x(a, i)) * g.sqtmass(k);
+      dq1(k) = (e.atoms.x(a, i) - g.atoms.x(a, i)) * g.atoms.sqtmass(k);
       dq2(k) = -dq1(k);
     }
   }
-  project_displacement(g.cm, dq1, g.d);
-  project_displacement(e.cm, dq2, e.d);
-  reorganisation(g);
-  reorganisation(e);
+  g.cart = reorganisation(project_displacement(g.modes.cm, dq1), g.modes.freq);
+  e.cart = reorganisation(project_displacement(e.modes.cm, dq2), e.modes.freq);
 
-  const array2<int> order_before = g.order;
-  const int unpaired =
-      vbn_ord(n3, g.freq, e.freq, g.s, g.irrep, e.irrep, g.order, e.order, g.nrep, g.ir_name, keys);
+  mode_pairs pairs = vbn_ord(g.modes, e.modes, g.symmetry, keys);
   // Other signs of the modes give the same pairing; it is told once.
-  if (unpaired > 0 && g.order != order_before) {
-    warn("if_symm pairs modes within representations: the last " + std::to_string(unpaired) +
+  if (pairs.unpaired > 0 && pairs.order_g != g.modes.order) {
+    warn("if_symm pairs modes within representations: the last " + std::to_string(pairs.unpaired) +
          " rows of the tables hold modes without a partner; point_group = T and the same point group in both "
          "states give every mode one");
   }
+  g.modes.order = std::move(pairs.order_g);
+  e.modes.order = std::move(pairs.order_e);
 }
 
 }  // namespace vbn

@@ -7,10 +7,9 @@
 
 namespace vbn {
 
-// Relates the normal modes of the two states, Qg = S(g,e) Qe + Dg and Qe = S(e,g) Qg + De, from `cm`, `freq`,
-// `x` and the masses of state 1. Fills `s`, `d` (root of electron mass x bohr), `d0`, `hr`, `lam` and `lamt`
-// (hartree), `freqt`, `zptlen` (root of electron mass x angstrom), `d_sign_cart` and `order` of both states.
-// Stops the run: modes that are not orthonormal (see test_fc).
+// Relates the normal modes of the two states, Qg = S(g,e) Qe + Dg and Qe = S(e,g) Qg + De, from modes,
+// frequencies, geometries and the masses of state 1. Fills `s`, `order`, `zptlen` and `freqt` of the modes
+// and the results `cart` of both states. Stops the run: modes that are not orthonormal (see test_fc).
 // Published method: F. Duschinsky (1937).
 void get_vbn(array1<states>& state, const input_keys& keys);
 

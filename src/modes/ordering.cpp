@@ -45,7 +45,7 @@ array1<int> modes_of(const array1<int>& ord, const array1<text<6>>& symm, const 
 }
 
 // Each of the six lowest modes of state 1, in turn, takes the one left of state 2 that it overlaps most with.
-void pair_rest_by_rows(const array2<double>& s1, int n3, array2<int>& idx2) {
+void pair_rest_by_rows(const array2<double>& s1, int n3, array1<int>& order_e) {
   const int n = std::min(nrest, n3);
   array1<bool_> lock(n3, false);
   for (int i = 1; i <= n; ++i) {
@@ -53,10 +53,10 @@ void pair_rest_by_rows(const array2<double>& s1, int n3, array2<int>& idx2) {
     for (int j = 1; j <= n; ++j) {
       if (std::abs(s1(i, j)) > std::abs(smax) && !lock(j)) {
         smax = s1(i, j);
-        idx2(i, 1) = j;
+        order_e(i) = j;
       }
     }
-    lock(idx2(i, 1)) = true;
+    lock(order_e(i)) = true;
   }
 }
 
@@ -78,28 +78,27 @@ void preliminary_pairs(const array1<double>& freq1, const array1<double>& freq2,
   }
 }
 
-// Rows of the list of pairs that are being filled from the first on.
+// The pairing while its rows are filled from the first on.
 struct pair_list {
-  array2<int>& idx1;
-  array2<int>& idx2;
-  int k1 = 0;
-  int k2 = 0;
+  mode_pairs& pairs;
+  int rows_g = 0;
+  int rows_e = 0;
 
-  void add1(int mode) { idx1(++k1, 1) = mode; }
-  void add2(int mode) { idx2(++k2, 1) = mode; }
+  void add_g(int mode) { pairs.order_g(++rows_g) = mode; }
+  void add_e(int mode) { pairs.order_e(++rows_e) = mode; }
 };
 
-// Pairs within the representations. Returns how many rows at the end hold no pair.
-int pair_by_symmetry(const array1<double>& freq1, const array1<double>& freq2, const array2<double>& s1,
-                     const array1<text<6>>& symm1, const array1<text<6>>& symm2, array2<int>& idx1,
-                     array2<int>& idx2, int nrep, const array1<text<3>>& nmrep, int sort_mode) {
+// Pairs within the representations.
+void pair_by_symmetry(const normal_modes& g, const normal_modes& e, const symmetry_data& symmetry,
+                      int sort_mode, mode_pairs& pairs) {
+  const array2<double>& s1 = g.s;
   const int n3 = s1.rows();
   const int n = std::min(nrest, n3);
   array1<int> ord_g(n3);
   array1<int> ord_e(n3);
-  preliminary_pairs(freq1, freq2, s1, sort_mode, ord_g, ord_e);
+  preliminary_pairs(g.freq, e.freq, s1, sort_mode, ord_g, ord_e);
 
-  pair_list list{idx1, idx2};
+  pair_list list{pairs};
   array1<int> idx_g(n);
   array1<int> idx_e(n);
   for (int j = 1; j <= n; ++j) {
@@ -108,31 +107,31 @@ int pair_by_symmetry(const array1<double>& freq1, const array1<double>& freq2, c
   }
   pair_block(s1, idx_g, idx_e, sort_mode);
   for (int j = 1; j <= n; ++j) {
-    list.add1(idx_g(j));
-    list.add2(idx_e(j));
+    list.add_g(idx_g(j));
+    list.add_e(idx_e(j));
   }
 
   // The modes that a representation has in one state more than in the other wait until all pairs have their
   // rows, so that a row never shows two modes that were not paired while there are pairs to come.
   std::vector<int> left_g;
   std::vector<int> left_e;
-  for (int ir = 1; ir <= nrep; ++ir) {
-    idx_g = modes_of(ord_g, symm1, nmrep(ir), nrest + 1);
-    idx_e = modes_of(ord_e, symm2, nmrep(ir), nrest + 1);
+  for (int ir = 1; ir <= symmetry.nrep; ++ir) {
+    idx_g = modes_of(ord_g, g.irrep, symmetry.ir_name(ir), nrest + 1);
+    idx_e = modes_of(ord_e, e.irrep, symmetry.ir_name(ir), nrest + 1);
     if (idx_g.size() == 0 || idx_e.size() == 0) continue;
     pair_block(s1, idx_g, idx_e, sort_mode);
     const int npair = std::min(idx_g.size(), idx_e.size());
     for (int j = 1; j <= npair; ++j) {
-      list.add1(idx_g(j));
-      list.add2(idx_e(j));
+      list.add_g(idx_g(j));
+      list.add_e(idx_e(j));
     }
     left_g.insert(left_g.end(), idx_g.begin() + npair, idx_g.end());
     left_e.insert(left_e.end(), idx_e.begin() + npair, idx_e.end());
   }
-  const int paired = list.k1;
-  for (const int mode : left_g) list.add1(mode);
-  for (const int mode : left_e) list.add2(mode);
-  return n3 - paired;
+  const int paired = list.rows_g;
+  for (const int mode : left_g) list.add_g(mode);
+  for (const int mode : left_e) list.add_e(mode);
+  pairs.unpaired = n3 - paired;
 }
 
 }  // namespace
@@ -190,30 +189,32 @@ void large_elements(array1<int>& idx_j, array1<int>& idx_k, const array2<double>
     if (!taken_k(k)) idx_k(++next) = from_k(k);
 }
 
-int vbn_ord(int n3, const array1<double>& freq1, const array1<double>& freq2, const array2<double>& s1,
-            const array1<text<6>>& symm1, const array1<text<6>>& symm2, array2<int>& idx1, array2<int>& idx2,
-            int nrep, const array1<text<3>>& nmrep, const input_keys& keys) {
-  for (int i = 1; i <= n3; ++i) idx1(i, 1) = idx1(i, 2) = idx2(i, 1) = idx2(i, 2) = i;
+mode_pairs vbn_ord(const normal_modes& g, const normal_modes& e, const symmetry_data& symmetry,
+                   const input_keys& keys) {
+  const int n3 = g.s.rows();
+  mode_pairs pairs{first_modes(n3), first_modes(n3)};
   const int sort_mode = keys.sort_mode;
-  if (sort_mode < 1 || sort_mode > 3) return 0;
-  if (keys.if_symm)
-    return pair_by_symmetry(freq1, freq2, s1, symm1, symm2, idx1, idx2, nrep, nmrep, sort_mode);
+  if (sort_mode < 1 || sort_mode > 3) return pairs;
+  if (keys.if_symm) {
+    pair_by_symmetry(g, e, symmetry, sort_mode, pairs);
+    return pairs;
+  }
 
   int from = 1;
   if (!keys.n3all) {
-    pair_rest_by_rows(s1, n3, idx2);
+    pair_rest_by_rows(g.s, n3, pairs.order_e);
     from = nrest + 1;
   }
   const int nmode = std::max(0, n3 - from + 1);
   array1<int> idx_g_ir(nmode);
   array1<int> idx_e_ir(nmode);
   for (int j = 1; j <= nmode; ++j) idx_g_ir(j) = idx_e_ir(j) = j + from - 1;
-  pair_block(s1, idx_g_ir, idx_e_ir, sort_mode);
+  pair_block(g.s, idx_g_ir, idx_e_ir, sort_mode);
   for (int j = 1; j <= nmode; ++j) {
-    idx1(j + from - 1, 1) = idx_g_ir(j);
-    idx2(j + from - 1, 1) = idx_e_ir(j);
+    pairs.order_g(j + from - 1) = idx_g_ir(j);
+    pairs.order_e(j + from - 1) = idx_e_ir(j);
   }
-  return 0;
+  return pairs;
 }
 
 }  // namespace vbn

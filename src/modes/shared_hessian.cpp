@@ -6,10 +6,8 @@ namespace vbn {
 namespace {
 
 void copy_hessian(const states& from, states& to) {
-  to.fcm = from.fcm;
-  to.fc = from.fc;
-  to.cm = from.cm;
-  to.c = from.c;
+  to.force = from.force;
+  to.modes.cm = from.modes.cm;
 }
 
 }  // namespace

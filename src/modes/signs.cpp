@@ -34,14 +34,14 @@ void set_positive_diag(array1<states>& state, bool positive_diag, const input_ke
   if (!positive_diag) return;
   states& g = state(1);
   states& e = state(2);
-  const int n3 = g.n3;
-  sort_vec_large(n3, n3, g.cm);
-  sort_vec_large(n3, n3, e.cm);
+  const int n3 = g.atoms.n3;
+  sort_vec_large(n3, n3, g.modes.cm);
+  sort_vec_large(n3, n3, e.modes.cm);
   get_vbn(state, keys);
   // Each test looks at the matrix of this call, so the flips cannot influence each other.
   for (int i = 1; i <= n3; ++i) {
-    const int j2 = e.order(i, 1);
-    if (g.s(g.order(i, 1), j2) < 0.0) negate_column(e.cm, j2);
+    const int j2 = e.modes.order(i);
+    if (g.modes.s(g.modes.order(i), j2) < 0.0) negate_column(e.modes.cm, j2);
   }
   get_vbn(state, keys);
 }
@@ -53,17 +53,17 @@ void set_proper_rotation(array1<states>& state, bool proper_rotation, const inpu
   double smin = 1.0e99;
   int k1 = 1;
   int k2 = 1;
-  for (int i = 1; i <= g.n3; ++i) {
-    const int j1 = g.order(i, 1);
-    const int j2 = e.order(i, 1);
-    if (g.s(j1, j2) < smin) {
-      smin = g.s(j1, j2);
+  for (int i = 1; i <= g.atoms.n3; ++i) {
+    const int j1 = g.modes.order(i);
+    const int j2 = e.modes.order(i);
+    if (g.modes.s(j1, j2) < smin) {
+      smin = g.modes.s(j1, j2);
       k1 = j1;
       k2 = j2;
     }
   }
-  if (determinant(g.cm) < 0.0) negate_column(g.cm, k1);
-  if (determinant(e.cm) < 0.0) negate_column(e.cm, k2);
+  if (determinant(g.modes.cm) < 0.0) negate_column(g.modes.cm, k1);
+  if (determinant(e.modes.cm) < 0.0) negate_column(e.modes.cm, k2);
   get_vbn(state, keys);
 }
 

@@ -153,8 +153,9 @@ bool is_element(int nat) { return nat >= 1 && nat <= max_element; }
 
 std::string_view element_symbol(int nat) { return element_of(nat).symbol; }
 
-void nat_to_symbol(const array1<int>& nat, array1<text<2>>& symbol) {
+array1<text<2>> nat_to_symbol(const array1<int>& nat) {
   static const layout out_of_range(R"x(("nat(",i0,") = ",i0," is out of [1,118]"))x");
+  array1<text<2>> symbol(nat.size());
   for (int i = 1; i <= nat.size(); ++i) {
     if (!is_element(nat(i))) {
       tell_free({"Error!"});
@@ -163,6 +164,7 @@ void nat_to_symbol(const array1<int>& nat, array1<text<2>>& symbol) {
     }
     symbol(i) = element_symbol(nat(i));
   }
+  return symbol;
 }
 
 int symbol_to_nat(std::string_view symbol) {
@@ -186,14 +188,11 @@ void nat_to_radius(const array1<int>& nat, array1<double>& radius, int& info) {
   }
 }
 
-void get_sym_num(const array1<text<2>>& symbol, array1<text<10>>& sym_num) {
+array1<text<10>> get_sym_num(const array1<text<2>>& symbol) {
   static const layout name(R"x((a2,"(",i0,")"))x");
-  for (int i = 1; i <= symbol.size(); ++i) {
-    std::string line;
-    name.write(line, {symbol(i).trimmed(), i});
-    line.pop_back();
-    sym_num(i) = line;
-  }
+  array1<text<10>> sym_num(symbol.size());
+  for (int i = 1; i <= symbol.size(); ++i) sym_num(i) = name.line({symbol(i).trimmed(), i});
+  return sym_num;
 }
 
 }  // namespace vbn

@@ -11,8 +11,8 @@ namespace vbn {
 // Symbol of an atomic number from 1 to 118.
 std::string_view element_symbol(int nat);
 
-// symbol(i) of nat(i). A number outside 1 to 118 is told on standard output and stops the run.
-void nat_to_symbol(const array1<int>& nat, array1<text<2>>& symbol);
+// The symbol of each nat(i). A number outside 1 to 118 is told on standard output and stops the run.
+array1<text<2>> nat_to_symbol(const array1<int>& nat);
 
 // Atomic number of a symbol; blanks around it and case do not matter. 0 when no element has it.
 int symbol_to_nat(std::string_view symbol);
@@ -25,7 +25,7 @@ double nat_to_mass(int nat);
 // to 105, whose radius and those after it stay as they were.
 void nat_to_radius(const array1<int>& nat, array1<double>& radius, int& info);
 
-// sym_num(i) names atom i by symbol and running number, as " C(3)".
-void get_sym_num(const array1<text<2>>& symbol, array1<text<10>>& sym_num);
+// The name of each atom by symbol and running number, as " C(3)".
+array1<text<10>> get_sym_num(const array1<text<2>>& symbol);
 
 }  // namespace vbn

@@ -20,17 +20,6 @@ const layout projected_freq(R"((2x, "Projected freq"))");
 const layout freq_title(R"_((2x, "Mol ", i2, 4x, "Frequency (cm^-1)"))_");
 const layout freq_rows("(10f11.2)");
 
-void print_geometry(output_file& fout, const states& state, const array2<double>& x, int istate,
-                    std::string_view massage) {
-  fout.write(rule);
-  fout.write(geometry_title, {istate, trim(massage)});
-  fout.write(geometry_heads, {"n", "symbol", "mass", "x", "y", "z"});
-  for (int i = 1; i <= state.natom; ++i) {
-    fout.write(geometry_row, {i, state.symbol(i).trimmed(), state.mass(i), bohr_to_ang * x(1, i),
-                              bohr_to_ang * x(2, i), bohr_to_ang * x(3, i)});
-  }
-}
-
 void print_frequencies(output_file& fout, const layout& title, const array1<double>& freq, int istate) {
   fout.write(rule);
   fout.write(title);
@@ -42,20 +31,22 @@ void print_frequencies(output_file& fout, const layout& title, const array1<doub
 
 }  // namespace
 
-void print_coord_origin(output_file& fout, const states& state, int istate, std::string_view massage) {
-  print_geometry(fout, state, state.x0, istate, massage);
+void print_coord(output_file& fout, const atom_data& atoms, int istate, std::string_view massage) {
+  fout.write(rule);
+  fout.write(geometry_title, {istate, trim(massage)});
+  fout.write(geometry_heads, {"n", "symbol", "mass", "x", "y", "z"});
+  for (int i = 1; i <= atoms.natom; ++i) {
+    fout.write(geometry_row, {i, atoms.symbol(i).trimmed(), atoms.mass(i), bohr_to_ang * atoms.x(1, i),
+                              bohr_to_ang * atoms.x(2, i), bohr_to_ang * atoms.x(3, i)});
+  }
 }
 
-void print_coord(output_file& fout, const states& state, int istate, std::string_view massage) {
-  print_geometry(fout, state, state.x, istate, massage);
+void print_freq0(output_file& fout, const normal_modes& modes, int istate) {
+  print_frequencies(fout, original_freq, modes.freq0, istate);
 }
 
-void print_freq0(output_file& fout, const states& state, int istate) {
-  print_frequencies(fout, original_freq, state.freq0, istate);
-}
-
-void print_freq(output_file& fout, const states& state, int istate) {
-  print_frequencies(fout, projected_freq, state.freq, istate);
+void print_freq(output_file& fout, const normal_modes& modes, int istate) {
+  print_frequencies(fout, projected_freq, modes.freq, istate);
 }
 
 }  // namespace vbn

@@ -21,16 +21,11 @@ constexpr int nw = 136;           // width of a rule line
 constexpr int first_vib = 7;      // position of the first vibration
 constexpr int cells_a_line = 10;  // matrix elements on a line of the main file
 
-// What distinguishes the two routes: the fields that a state's results are taken from.
+// What one route gives for the two states.
 struct route {
-  array1<double> states::*d;
-  array1<double> states::*d0;
-  array1<double> states::*hr;
-  array1<double> states::*lam;
-  double states::*lamt;
+  const mode_results& g;
+  const mode_results& e;
 };
-constexpr route cartesian{&states::d, &states::d0, &states::hr, &states::lam, &states::lamt};
-constexpr route internal{&states::d_c, &states::d0_c, &states::hr_c, &states::lam_c, &states::lamt_c};
 
 constexpr std::string_view description[] = {
     "    Qg = S Qe + D",
@@ -76,11 +71,11 @@ const layout rrs_matrix("(5(2x,d15.8))");
 
 // S(g,e) with rows and columns in the order of the pairing.
 array2<double> ordered(const array1<states>& state) {
-  const int n3 = state(1).n3;
+  const int n3 = state(1).atoms.n3;
   array2<double> s_order(n3, n3);
   for (int j = 1; j <= n3; ++j) {
-    const int idx_e = state(2).order(j, 1);
-    for (int i = 1; i <= n3; ++i) s_order(i, j) = state(1).s(state(1).order(i, 1), idx_e);
+    const int idx_e = state(2).modes.order(j);
+    for (int i = 1; i <= n3; ++i) s_order(i, j) = state(1).modes.s(state(1).modes.order(i), idx_e);
   }
   return s_order;
 }
@@ -135,7 +130,7 @@ struct data_files {
 
 // The table of the paired modes.
 void write_modes(data_files& files, const array1<states>& state, const array2<double>& s_order,
-                 const route& fields) {
+                 const route& results) {
   const states& g = state(1);
   const states& e = state(2);
   const std::string heavy_rule(nw, '=');
@@ -146,24 +141,23 @@ void write_modes(data_files& files, const array1<states>& state, const array2<do
   dat.write(column_heads, {"n", "m", "sym1", "freq1", "D1", "delta1", "HR1", "lam1", "sym2", "freq2", "D2",
                            "delta2", "HR2", "lam2", "g", "e", "S(g,e)"});
   dat.line(light_rule);
-  for (int i = 1; i <= g.n3; ++i) {
-    const int j1 = g.order(i, 1);
-    const int j2 = e.order(i, 1);
-    const double freq1 = au_to_cm * g.freq(j1);
-    const double freq2 = au_to_cm * e.freq(j2);
-    if (files.rrs1) files.rrs1->write(rrs_row, {freq1, freq2, (e.*fields.d0)(j2)});
-    dat.write(mode_row,
-              {i, i < first_vib ? 0 : i - first_vib + 1, g.irrep(j1).trimmed(), freq1, (g.*fields.d)(j1),
-               (g.*fields.d0)(j1), (g.*fields.hr)(j1), au_to_cm * (g.*fields.lam)(j1), e.irrep(j2).trimmed(),
-               freq2, (e.*fields.d)(j2), (e.*fields.d0)(j2), (e.*fields.hr)(j2),
-               au_to_cm * (e.*fields.lam)(j2), j1, j2, s_order(i, i)});
+  for (int i = 1; i <= g.atoms.n3; ++i) {
+    const int j1 = g.modes.order(i);
+    const int j2 = e.modes.order(i);
+    const double freq1 = au_to_cm * g.modes.freq(j1);
+    const double freq2 = au_to_cm * e.modes.freq(j2);
+    if (files.rrs1) files.rrs1->write(rrs_row, {freq1, freq2, results.e.d0(j2)});
+    dat.write(mode_row, {i, i < first_vib ? 0 : i - first_vib + 1, g.modes.irrep(j1).trimmed(), freq1,
+                         results.g.d(j1), results.g.d0(j1), results.g.hr(j1), au_to_cm * results.g.lam(j1),
+                         e.modes.irrep(j2).trimmed(), freq2, results.e.d(j2), results.e.d0(j2),
+                         results.e.hr(j2), au_to_cm * results.e.lam(j2), j1, j2, s_order(i, i)});
     if (files.rrs1) {
       output_file& rrs = i < first_vib ? *files.rrs1 : *files.rrs2;
-      rrs.write(rrs_row, {freq1, freq2, std::sqrt(std::abs(e.freq(j2))) * (e.*fields.d)(j2)});
+      rrs.write(rrs_row, {freq1, freq2, std::sqrt(std::abs(e.modes.freq(j2))) * results.e.d(j2)});
     }
   }
   dat.line(light_rule);
-  dat.write(total_lam, {au_to_cm * g.*fields.lamt, au_to_cm * e.*fields.lamt});
+  dat.write(total_lam, {au_to_cm * results.g.lamt, au_to_cm * results.e.lamt});
   dat.line(light_rule);
 }
 
@@ -207,13 +201,14 @@ void write_dush(data_files& files, int p, const array2<double>& s_order, const c
 }
 
 void write_dat(data_files& files, const array1<states>& state, const array2<double>& s_order,
-               const input_keys& keys, const route& fields) {
+               const input_keys& keys, const route& results) {
   output_file& dat = files.dat;
-  const double e00[] = {0.5 * state(1).freqt, 0.5 * state(2).freqt};  // zero-point energies, hartree
+  const double e00[] = {0.5 * state(1).modes.freqt,
+                        0.5 * state(2).modes.freqt};  // zero-point energies, hartree
 
   dat.line("BEGIN_BASIC_INFO");
-  dat.write(num_atoms, {state(1).natom});
-  dat.write(num_modes, {state(1).n3});
+  dat.write(num_atoms, {state(1).atoms.natom});
+  dat.write(num_modes, {state(1).atoms.n3});
   dat.line("END_BASIC_INFO");
   dat.line("");
   dat.write(begin_data, {1});
@@ -224,7 +219,7 @@ void write_dat(data_files& files, const array1<states>& state, const array2<doub
   dat.write(zpe_difference, {au_to_cm * (e00[1] - e00[0])});
   dat.write(end_description, {1});
   dat.write(begin_output, {1});
-  write_modes(files, state, s_order, fields);
+  write_modes(files, state, s_order, results);
   dat.write(end_output, {1});
   dat.write(end_data, {1});
   dat.line("");
@@ -253,7 +248,7 @@ void write_abs(output_file& abs, const array2<double>& s_order) {
 }
 
 void write_files(const array1<states>& state, std::string_view fname, const input_keys& keys,
-                 const route& fields) {
+                 const route& results) {
   const std::string stem = text<100>(fname).str();
   const array2<double> s_order = ordered(state);
 
@@ -263,7 +258,7 @@ void write_files(const array1<states>& state, std::string_view fname, const inpu
     files.rrs2.emplace(stem + ".rrs2");
   }
   files.dat = output_file(stem + ".dat");
-  write_dat(files, state, s_order, keys, fields);
+  write_dat(files, state, s_order, keys, results);
   files.dat.close();
   if (keys.if_rrs) {
     files.rrs1->close();
@@ -286,11 +281,11 @@ double delta_s(const array2<double>& s_order) {
 }
 
 void write_vbn(const array1<states>& state, std::string_view fname, const input_keys& keys) {
-  write_files(state, fname, keys, cartesian);
+  write_files(state, fname, keys, {state(1).cart, state(2).cart});
 }
 
 void write_vbn_int(const array1<states>& state, std::string_view fname, const input_keys& keys) {
-  write_files(state, fname, keys, internal);
+  write_files(state, fname, keys, {state(1).dint, state(2).dint});
 }
 
 }  // namespace vbn

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "frame/eckart.hpp"        // for c_to_cm
 #include "molecule/constants.hpp"  // for bohr_to_ang and au_to_cm
 #include "molecule/elements.hpp"   // for element_symbol
 #include "text/fixed_text.hpp"     // for text
@@ -108,6 +107,15 @@ double largest_magnitude(std::span<const double> v) {
   double largest = 0.0;
   for (const double component : v) largest = std::max(largest, std::abs(component));
   return largest;
+}
+
+// The modes cm times the root of the masses, as the viewer files show them. A true Cartesian displacement
+// would be divided by it.
+array2<double> cm_to_c(const array1<double>& sqtmass, const array2<double>& cm) {
+  array2<double> c(cm.rows(), cm.cols());
+  for (int i = 1; i <= cm.cols(); ++i)
+    for (int j = 1; j <= cm.rows(); ++j) c(j, i) = sqtmass(j) * cm(j, i);
+  return c;
 }
 
 array2<double> in_angstrom(const array2<double>& x) {
@@ -232,22 +240,20 @@ void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const a
   file.close();
 }
 
-void write_file_coord(array1<states>& state, std::string_view prefix) {
+void write_file_coord(const array1<states>& state, std::string_view prefix) {
   const std::string stem(trim(prefix));
-  for (states& each : state) {
-    int info = 0;
-    c_to_cm(each.n3, each.sqtmass, each.c, each.cm, -1, info);
-  }
   const states& g = state(1);
   const states& e = state(2);
-  std::vector<double> dx(g.x.span().size());  // bohr
-  for (std::size_t k = 0; k < dx.size(); ++k) dx[k] = e.x.span()[k] - g.x.span()[k];
+  std::vector<double> dx(g.atoms.x.span().size());  // bohr
+  for (std::size_t k = 0; k < dx.size(); ++k) dx[k] = e.atoms.x.span()[k] - g.atoms.x.span()[k];
 
-  write_gjf_dx(stem + ".dx.x.com", g.x, e.x, g.bond, e.bond, g.symbol);
-  write_xyz_dx(stem + ".dx.x.xyz", g.x, e.x, g.nat);
-  write_xyz_vib(stem + ".vib1.xyz", g.symbol, g.x, g.c, g.freq);
-  write_xyz_vib(stem + ".vib2.xyz", g.symbol, e.x, e.c, e.freq);
-  write_xyz_dv(stem + ".dx.v.xyz", in_angstrom(g.x), dx, g.nat);
+  write_gjf_dx(stem + ".dx.x.com", g.atoms.x, e.atoms.x, g.internal.bond, e.internal.bond, g.atoms.symbol);
+  write_xyz_dx(stem + ".dx.x.xyz", g.atoms.x, e.atoms.x, g.atoms.nat);
+  write_xyz_vib(stem + ".vib1.xyz", g.atoms.symbol, g.atoms.x, cm_to_c(g.atoms.sqtmass, g.modes.cm),
+                g.modes.freq);
+  write_xyz_vib(stem + ".vib2.xyz", g.atoms.symbol, e.atoms.x, cm_to_c(e.atoms.sqtmass, e.modes.cm),
+                e.modes.freq);
+  write_xyz_dv(stem + ".dx.v.xyz", in_angstrom(g.atoms.x), dx, g.atoms.nat);
 }
 
 }  // namespace vbn

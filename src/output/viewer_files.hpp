@@ -11,10 +11,9 @@
 namespace vbn {
 
 // Writes the five files ".dx.x.com", ".dx.x.xyz", ".dx.v.xyz", ".vib1.xyz" and ".vib2.xyz" of the stem
-// `prefix`, after rebuilding `c` of both states from `cm`, so that the animations show the final signs. A
-// state whose bonds were never searched (`bond` of no extent) has no bonds in ".dx.x.com". A file that cannot
-// be written ends the run.
-void write_file_coord(array1<states>& state, std::string_view prefix);
+// `prefix`. A state whose bonds were never searched (an empty `bond`) has no bonds in ".dx.x.com". A file
+// that cannot be written ends the run.
+void write_file_coord(const array1<states>& state, std::string_view prefix);
 
 // Gaussian input with both geometries, the second under partner symbols, and their bonds. `xg`, `xe`
 // (3,natom) in bohr, shown in angstrom; `bondg`, `bonde` (natom,natom), or of no extent for no bonds. The

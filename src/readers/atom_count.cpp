@@ -82,37 +82,37 @@ void warn_no_atoms(const qm_file& file, bool ifoniom) {
 }  // namespace
 
 void get_na(states& state) {
-  if (state.ffreq.blank()) {
+  if (state.file.ffreq.blank()) {
     fail({"no frequency file is named for one of the two states", "", 0, "", 0,
           "ffreq(1) and ffreq(2) in the group &vbn"});
   }
-  qm_file file = open_qm_file(state.ffreq.trimmed());
-  state.ffreq_type = file.type;
-  state.ffreq_version = file.version;
-  state.fhess = state.ffreq;
+  qm_file file = open_qm_file(state.file.ffreq.trimmed());
+  state.file.ffreq_type = file.type;
+  state.file.ffreq_version = file.version;
+  state.file.fhess = state.file.ffreq;
   if (file.type == "GAUSSIAN LOG") {
-    state.fhess = checkpoint_of(state.ffreq.trimmed());
+    state.file.fhess = checkpoint_of(state.file.ffreq.trimmed());
     std::string_view line;
     file.file.rewind();
-    if (search_word_free(file.file, "oniom", line, oniom_width)) state.ifoniom = true;
+    if (search_word_free(file.file, "oniom", line, oniom_width)) state.file.ifoniom = true;
   }
   int info = 0;
-  if (state.ifoniom) {
-    qm_file_natom_oniom_qm(file, state.natom, state.nqmmm, info);
+  if (state.file.ifoniom) {
+    qm_file_natom_oniom_qm(file, state.atoms.natom, state.file.nqmmm, info);
   } else {
-    qm_file_natom(file, state.natom, info);
+    qm_file_natom(file, state.atoms.natom, info);
   }
-  if (state.natom < 1) warn_no_atoms(file, state.ifoniom);
-  check_natom(file.file, state.natom);
-  check_size(state.fhess.trimmed(), state.ifoniom ? state.nqmmm : state.natom);
-  state.n3 = 3 * state.natom;
+  if (state.atoms.natom < 1) warn_no_atoms(file, state.file.ifoniom);
+  check_natom(file.file, state.atoms.natom);
+  check_size(state.file.fhess.trimmed(), state.file.ifoniom ? state.file.nqmmm : state.atoms.natom);
+  state.atoms.n3 = 3 * state.atoms.natom;
 }
 
 void get_oniom_index(states& state) {
-  if (!state.ifoniom) return;
-  qm_file file = open_qm_file(state.ffreq.trimmed());
+  if (!state.file.ifoniom) return;
+  qm_file file = open_qm_file(state.file.ffreq.trimmed());
   int info = 0;
-  get_oniom_index1(file, state.natom, state.nqmmm, state.iqm, state.iqm3, info);
+  get_oniom_index1(file, state.atoms.natom, state.file.nqmmm, state.file.iqm, state.file.iqm3, info);
 }
 
 void get_oniom_index1(qm_file& file, int nqm, int nqmmm, array1<int>& iqm, array1<int>& iqm3, int& info) {

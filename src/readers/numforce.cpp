@@ -3,7 +3,6 @@
 #include "readers/programs.hpp"   // for the routines
 #include "readers/rows.hpp"       // for the rows of the tables
 #include "readers/scan.hpp"       // for search_word, search_word_free, search_word_del_space
-#include "text/fixed_text.hpp"    // for text
 #include "text/words.hpp"         // for number_of_words, word_of
 
 #include <vector>
@@ -24,8 +23,7 @@ void numforce_nat(input_file& file, array1<int>& nat) {
   }
   skip_rows(file, 1, "the table of atoms");
   number_rows(file, 2, nat);
-  array1<text<2>> symbol(nat.size());
-  nat_to_symbol(nat, symbol);  // stops at a number of no element
+  nat_to_symbol(nat);  // stops at a number of no element
 }
 
 void numforce_mass(input_file& file, array1<double>& mass) {

@@ -2,9 +2,10 @@
 #include "symmetry/classification.hpp"  // for get_point_group
 
 #include <cmath>
+#include <utility>
 #include <vector>
 
-#include "frame/hessian.hpp"       // for fc_to_fcm, eigenvalues_to_frequencies
+#include "frame/hessian.hpp"       // for eigenvalues_to_frequencies
 #include "linalg/eigen.hpp"        // for diag_symm, sort_vec_large
 #include "linalg/matmul.hpp"       // for matmul
 #include "linalg/sorting.hpp"      // for dorder, sort_array_d, sort_array_a, sort_matrix
@@ -20,45 +21,46 @@ namespace {
 constexpr double told_change = 0.01;  // cm-1; a frequency that changes more is told in the log
 constexpr double worst_change = 5.0;  // cm-1; one that changes more stops the run
 
-// Diagonalises rows first to first + j - 1 of fcm1 (n3,n3), and puts the block and its eigenvectors into the
-// same place of `fcm` and `cm`, the eigenvalues into evm.
-void diag_block(const array2<double>& fcm1, int first, int j, states& state, array1<double>& evm) {
+// Diagonalises rows first to first + j - 1 of fcm1 (n3,n3), and puts the block, its eigenvectors and its
+// eigenvalues into the same place of fcm (n3,n3), cm (n3,n3) and evm (n3).
+void diag_block(const array2<double>& fcm1, int first, int j, array2<double>& fcm, array2<double>& cm,
+                array1<double>& evm) {
   array2<double> block(j, j);
   for (int j2 = 1; j2 <= j; ++j2)
     for (int i2 = 1; i2 <= j; ++i2) block(i2, j2) = fcm1(first - 1 + i2, first - 1 + j2);
-  array1<double> eval(j);
-  array2<double> cm(j, j);
+  array1<double> eval;
+  array2<double> vector;
   int info = 0;
-  diag_symm(block, eval, cm, info);
+  diag_symm(block, eval, vector, info);
   for (int j2 = 1; j2 <= j; ++j2) {
     evm(first - 1 + j2) = eval(j2);
     for (int i2 = 1; i2 <= j; ++i2) {
-      state.fcm(first - 1 + i2, first - 1 + j2) = block(i2, j2);
-      state.cm(first - 1 + i2, first - 1 + j2) = cm(i2, j2);
+      fcm(first - 1 + i2, first - 1 + j2) = block(i2, j2);
+      cm(first - 1 + i2, first - 1 + j2) = vector(i2, j2);
     }
   }
 }
 
 // The frequencies without symmetry beside those by representation. The first six modes are left out, which
 // count as translations and rotations also for a linear molecule.
-void print_comparison(const states& state, output_file& fout) {
+void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, output_file& fout) {
   const layout rule("(80(1h-))");
   const layout row("(a6, 2x, 2f20.2)");
   fout.write(rule);
   fout.write(layout("(a6, 2x, 2a20  )"), {"irrep", "nosymm", "symm_diag"});
   fout.write(rule);
   bool changed = false;
-  for (int i = 7; i <= state.n3; ++i) {
-    const double df = std::abs(state.freq(i) - state.freq1(i)) * au_to_cm;
-    const value irrep = state.irrep(i).trimmed(), nosymm = au_to_cm * state.freq1(i),
-                symm_diag = au_to_cm * state.freq(i);
+  for (int i = 7; i <= modes.freq.size(); ++i) {
+    const double df = std::abs(modes.freq(i) - modes.freq1(i)) * au_to_cm;
+    const value irrep = modes.irrep(i).trimmed(), nosymm = au_to_cm * modes.freq1(i),
+                symm_diag = au_to_cm * modes.freq(i);
     fout.write(row, {irrep, nosymm, symm_diag});
     if (df > told_change && df < worst_change) changed = true;
     if (df > worst_change) {
       tell_free({"Symmetric diagonalization are not same as diagonalization"});
       tell(row, {irrep, nosymm, symm_diag});
       tell_free({"Stop!"});
-      warn("the Hessian does not have the symmetry of the axes that point group " + state.new_pgrp.str() +
+      warn("the Hessian does not have the symmetry of the axes that point group " + symmetry.new_pgrp.str() +
            " was found in: where the default eckart_rot = 2 has turned state 1 away from them, give "
            "eckart_rot = 1; a Hessian that is off by itself is made symmetric by enforce_symm");
       stop();
@@ -71,71 +73,70 @@ void print_comparison(const states& state, output_file& fout) {
   }
 }
 
-void print_atoms(const states& state, output_file& fout) {
+void print_atoms(const file_data& file, const atom_data& atoms, output_file& fout) {
   fout.line("");
-  fout.write(layout(R"((2x,"file type   ",7x,":",a20))"), {state.ffreq_type.trimmed()});
-  fout.write(layout(R"((2x,"file version",7x,":",a20))"), {state.ffreq_version.trimmed()});
+  fout.write(layout(R"((2x,"file type   ",7x,":",a20))"), {file.ffreq_type.trimmed()});
+  fout.write(layout(R"((2x,"file version",7x,":",a20))"), {file.ffreq_version.trimmed()});
   fout.line("");
-  fout.write(layout(R"((2x,"Number of atoms",4x,":",i20))"), {state.natom});
+  fout.write(layout(R"((2x,"Number of atoms",4x,":",i20))"), {atoms.natom});
   fout.line("");
   fout.write(layout(R"((2x,"Atomic number",6x,":"    ))"));
-  fout.write(layout("(2x,10i10  )"), std::vector<value>(state.nat.begin(), state.nat.end()));
+  fout.write(layout("(2x,10i10  )"), std::vector<value>(atoms.nat.begin(), atoms.nat.end()));
   fout.line("");
   fout.write(layout(R"((2x,"Atomic symbol",6x,":"    ))"));
-  fout.write(layout("(2x,10a10  )"), std::vector<value>(state.symbol.begin(), state.symbol.end()));
+  fout.write(layout("(2x,10a10  )"), std::vector<value>(atoms.symbol.begin(), atoms.symbol.end()));
   fout.line("");
   fout.write(layout(R"((2x,"Atomic masses",6x,":"    ))"));
-  fout.write(layout("(2x,10f10.5)"), state.mass.span());
+  fout.write(layout("(2x,10f10.5)"), atoms.mass.span());
 }
 
 }  // namespace
 
-void get_point_group(states& state) {
-  const int n3 = state.n3;
-  const array2<double>& t = state.trans_symm;
-  const array2<double> fcm1 = matmul(matmul(t, state.fcm), t, op::plain, op::transposed);
-  state.fcm = state.cm = array2<double>(n3, n3);
-  state.irrep = array1<text<6>>(n3, "A");
-  state.ns = array1<int>(max_rep);
+void get_point_group(const array1<double>& sqtmass, symmetry_data& symmetry, force_constants& force,
+                     normal_modes& modes) {
+  const int n3 = sqtmass.size();
+  const array2<double>& t = symmetry.trans_symm;
+  const array2<double> fcm1 = matmul(matmul(t, force.fcm()), t, op::plain, op::transposed);
+  array2<double> fcm(n3, n3);
+  array2<double> cm(n3, n3);
   array1<double> evm(n3);
-  for (int i = 1; i <= state.nrep; ++i) {
-    const int first = state.nr_lw(i);
+  modes.irrep = array1<text<6>>(n3, "A");
+  for (int i = 1; i <= symmetry.nrep; ++i) {
+    const int first = symmetry.nr_lw(i);
     if (first == 0) continue;
-    state.ns(i) = state.nr_hi(i) - first + 1;
-    diag_block(fcm1, first, state.ns(i), state, evm);
-    for (int k = first; k <= state.nr_hi(i); ++k) state.irrep(k) = state.ir_name(i).trimmed();
+    diag_block(fcm1, first, symmetry.nr_hi(i) - first + 1, fcm, cm, evm);
+    for (int k = first; k <= symmetry.nr_hi(i); ++k) modes.irrep(k) = symmetry.ir_name(i).trimmed();
   }
 
   array1<int> indx(n3);
   dorder(evm.span(), indx, 1);
   sort_array_d(evm, indx);
-  sort_array_a(state.irrep, indx);
-  sort_matrix(state.cm, indx);
+  sort_array_a(modes.irrep, indx);
+  sort_matrix(cm, indx);
   array1<int> place(n3);
   for (int q = 1; q <= n3; ++q) place(indx(q)) = q;
-  state.ir_idx = array2<int>(n3, max_rep);
-  for (int i = 1; i <= state.nrep; ++i)
-    for (int k = state.nr_lw(i); k > 0 && k <= state.nr_hi(i); ++k) state.ir_idx(k, i) = place(k);
+  symmetry.ir_idx = array2<int>(n3, max_rep);
+  for (int i = 1; i <= symmetry.nrep; ++i)
+    for (int k = symmetry.nr_lw(i); k > 0 && k <= symmetry.nr_hi(i); ++k) symmetry.ir_idx(k, i) = place(k);
 
-  state.fcm = matmul(matmul(t, state.fcm, op::transposed), t);
-  state.cm = matmul(t, state.cm, op::transposed);
-  sort_vec_large(n3, n3, state.cm);
-  int info = 0;
-  fc_to_fcm(n3, state.sqtmass, state.fc, state.fcm, -1, info);
+  force.set_fcm(sqtmass, matmul(matmul(t, fcm, op::transposed), t));
+  modes.cm = matmul(t, cm, op::transposed);
+  sort_vec_large(n3, n3, modes.cm);
   eigenvalues_to_frequencies(evm);
-  state.freq = evm;
+  modes.freq = std::move(evm);
 }
 
 void print_point_group(const states& state, output_file& fout) {
-  fout.write(layout(R"(("Point group:", 2x, a))"), {state.new_pgrp});
+  const symmetry_data& symmetry = state.symmetry;
+  fout.write(layout(R"(("Point group:", 2x, a))"), {symmetry.new_pgrp});
   const layout frequency("(f15.2)");
-  for (int i = 1; i <= state.nrep; ++i) {
-    fout.free_form({state.ir_name(i).trimmed()});
-    for (int j = state.nr_lw(i); j > 0 && j <= state.nr_hi(i); ++j)
-      fout.write(frequency, {au_to_cm * state.freq(state.ir_idx(j, i))});
+  for (int i = 1; i <= symmetry.nrep; ++i) {
+    fout.free_form({symmetry.ir_name(i).trimmed()});
+    for (int j = symmetry.nr_lw(i); j > 0 && j <= symmetry.nr_hi(i); ++j)
+      fout.write(frequency, {au_to_cm * state.modes.freq(symmetry.ir_idx(j, i))});
   }
-  print_comparison(state, fout);
-  print_atoms(state, fout);
+  print_comparison(state.modes, symmetry, fout);
+  print_atoms(state.file, state.atoms, fout);
 }
 
 }  // namespace vbn

@@ -1,15 +1,17 @@
 // Normal modes by irreducible representation, from the Hessian diagonalised block by block.
 #pragma once
 
-#include "molecule/record.hpp"   // for states
+#include "linalg/array.hpp"      // for array1
+#include "molecule/record.hpp"   // for states, symmetry_data, force_constants, normal_modes
 #include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 
-// Diagonalises `fcm` of the state in the basis `trans_symm`, each representation by itself, and puts the
-// modes in the order of rising eigenvalues: replaces `fcm`, `fc`, `cm`, `freq` (atomic units) and `irrep`,
-// and fills `ns` and `ir_idx`. What couples different representations is dropped.
-void get_point_group(states& state);
+// Diagonalises the mass-weighted force constants in the basis `trans_symm`, each representation by itself,
+// and puts the modes in the order of rising eigenvalues: replaces force constants and modes with their
+// `irrep`, and fills `ir_idx`. What couples different representations is dropped.
+void get_point_group(const array1<double>& sqtmass, symmetry_data& symmetry, force_constants& force,
+                     normal_modes& modes);
 
 // Writes to the log the point group, the frequencies of each representation and, beside `freq1`, of each mode
 // from the 7th on (cm-1), then the file and the atoms. A change above 5 cm-1 stops the run, with lines on

@@ -3,8 +3,8 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
-#include "frame/hessian.hpp"     // for fc_to_fcm
 #include "frame/inertial.hpp"    // for get_inertial
 #include "frame/rotation.hpp"    // for set_sym_matrix
 #include "text/fixed_text.hpp"   // for text
@@ -102,7 +102,7 @@ void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
   v0 = vs;
 }
 
-void get_array3s(const array3<int>& id3, array2<double>& v0, double tol, int& info) {
+void get_array3s(const array3<int>& id3, array2<double>& v0, double tol) {
   const int na = v0.cols();
   bool lsame = true, ldiff = true;
   for (int ia = 1; ia <= na; ++ia)
@@ -112,8 +112,7 @@ void get_array3s(const array3<int>& id3, array2<double>& v0, double tol, int& in
       if (std::abs(v0(ix, ia) - sg * v0(jx, ja)) > tol) lsame = false;
       if (std::abs(v0(ix, ia) + sg * v0(jx, ja)) > tol) ldiff = false;
     }
-  info = lsame || ldiff ? 0 : -1;
-  if (info < 0) return;
+  if (!lsame && !ldiff) return;
   const int isym = lsame ? 1 : -1;
 
   array2<double> vs(3, na);
@@ -151,21 +150,21 @@ void get_array9(const symmetry_search& found, array2<double>& f0, double tol) {
   set_sym_matrix(f0);
 }
 
-void get_enforce_symm(states& state, bool enforce_symm) {
-  const symmetry_search found = point_group1(state);
-  if (!enforce_symm || state.new_pgrp == text<6>("C1")) return;
-  set_mirror(state.x, state.fc, state.mirror, state.symm_tol);
-  set_axis(found, state.mirror, state.x, state.fc, state.symm_tol);
-  get_array3(state.id3, state.x, state.symm_tol);
-  get_array9(found, state.fc, state.symm_tol);
-  if (state.ifnac) {
-    get_array3(state.id3, state.x_nac, state.symm_tol);
-    int info = 0;
-    get_array3s(state.id3, state.nacme_x, state.symm_tol, info);
+void get_enforce_symm(bool enforce_symm, double symm_tol, states& state) {
+  const symmetry_search found = point_group1(state.atoms, symm_tol, state.symmetry);
+  if (!enforce_symm || state.symmetry.new_pgrp == text<6>("C1")) return;
+  const symmetry_data& symmetry = state.symmetry;
+  array2<double>& x = state.atoms.x;
+  array2<double> fc = state.force.fc();
+  set_mirror(x, fc, symmetry.mirror, symm_tol);
+  set_axis(found, symmetry.mirror, x, fc, symm_tol);
+  get_array3(symmetry.id3, x, symm_tol);
+  get_array9(found, fc, symm_tol);
+  if (state.couplings.ifnac) {
+    get_array3(symmetry.id3, state.couplings.x_nac, symm_tol);
+    get_array3s(symmetry.id3, state.couplings.nacme_x, symm_tol);
   }
-  // The inertial frame starts from the mass-weighted matrix, which has to be the symmetrised one.
-  int info = 0;
-  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+  state.force.set_fc(state.atoms.sqtmass, std::move(fc));
   get_inertial(state);
 }
 

@@ -13,7 +13,7 @@ namespace vbn {
 // Searches the point group of the state. With the key on and a group above C1 then makes `x` and `fc`, and of
 // a state with the couplings `x_nac` and `nacme_x`, symmetric, rebuilds `fcm` from this `fc` and brings the
 // state to its inertial frame again. Stops the run: what the search and the three routines below stop for.
-void get_enforce_symm(states& state, bool enforce_symm);
+void get_enforce_symm(bool enforce_symm, double symm_tol, states& state);
 
 // Puts atoms that lie within tol of a mirror plane on it, and takes out of fc(n3,n3) what couples motions in
 // and normal to the plane for pairs of such atoms. An element above tol is told on standard output and stays.
@@ -29,9 +29,9 @@ void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<
 // than tol is told on standard output; a root-mean-square change above tol stops the run.
 void get_array3(const array3<int>& id3, array2<double>& v0, double tol);
 
-// The same for a field of couplings, which may be even or odd under the operations that exchange atoms; one
-// that is neither within tol stays as it is, with info = -1 (else 0).
-void get_array3s(const array3<int>& id3, array2<double>& v0, double tol, int& info);
+// The same for a field of couplings, which may be even or odd under the operations that exchange atoms; a
+// field that is neither within tol stays as it is.
+void get_array3s(const array3<int>& id3, array2<double>& v0, double tol);
 
 // The same for force constants f0(n3,n3), by representative pairs of atoms. They are exactly symmetric as a
 // matrix afterwards.

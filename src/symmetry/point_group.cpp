@@ -72,14 +72,11 @@ void keep_identity_alone(symmetry_search& found) {
 
 }  // namespace
 
-void check_x(const array2<double>& x, int& info) {
-  info = 0;
+bool check_x(const array2<double>& x) {
   for (int i = 1; i < x.cols(); ++i)
     for (int j = i + 1; j <= x.cols(); ++j)
-      if (image_distance(x, i, op_e, j) < shortest_distance) {
-        info = -1;
-        return;
-      }
+      if (image_distance(x, i, op_e, j) < shortest_distance) return false;
+  return true;
 }
 
 int search_pg(const array1<bool_>& op) {
@@ -181,41 +178,40 @@ pair_element id9(const symmetry_search& found, int b, int j, int a, int i) {
   return {pair.atom, a, pair.other_atom, b, symm_op(a, pair.ip) * symm_op(b, pair.ip)};
 }
 
-symmetry_search point_group1(states& state) {
-  const array2<double>& x = state.x;
-  int info = 0;
-  check_x(x, info);
-  if (info < 0) {
+symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_data& symmetry) {
+  const array2<double>& x = atoms.x;
+  if (!check_x(x)) {
     tell(layout("()"));
     tell_free({"Error! Wrong coordinate in subroutine point_group1"});
     tell(layout("()"));
     stop();
   }
 
-  symmetry_search found = search_op1(x, state.nat, state.mass, state.symm_tol);
-  state.mirror(1) = found.op(op_syz);
-  state.mirror(2) = found.op(op_sxz);
-  state.mirror(3) = found.op(op_sxy);
-  state.nrep = nrep(found.npg);
+  symmetry_search found = search_op1(x, atoms.nat, atoms.mass, symm_tol);
+  symmetry.mirror(1) = found.op(op_syz);
+  symmetry.mirror(2) = found.op(op_sxz);
+  symmetry.mirror(3) = found.op(op_sxy);
+  symmetry.nrep = nrep(found.npg);
   for (int r = 1; r <= max_rep; ++r)
-    state.ir_name(r) = r <= state.nrep ? text<3>(ir_name(r, found.npg)) : text<3>();
-  search_op3(found, state.nr_lw, state.nr_hi, state.trans_symm);
-  state.new_pgrp = pg_name(found.npg);
+    symmetry.ir_name(r) = r <= symmetry.nrep ? text<3>(ir_name(r, found.npg)) : text<3>();
+  search_op3(found, symmetry.nr_lw, symmetry.nr_hi, symmetry.trans_symm);
+  symmetry.new_pgrp = pg_name(found.npg);
 
+  symmetry.id3 = array3<int>(3, 3, atoms.natom);
   double dx = 0.0;
-  for (int i = 1; i <= state.natom; ++i) {
+  for (int i = 1; i <= atoms.natom; ++i) {
     const representative ja = in_coord_basis(found, i);
     for (int a = 1; a <= 3; ++a) {
-      state.id3(1, a, i) = ja.atom;
-      state.id3(2, a, i) = a;
-      state.id3(3, a, i) = symm_op(a, ja.ip);
+      symmetry.id3(1, a, i) = ja.atom;
+      symmetry.id3(2, a, i) = a;
+      symmetry.id3(3, a, i) = symm_op(a, ja.ip);
       const double x_symm = symm_op(a, ja.ip) * x(a, ja.atom);
       dx += (x(a, i) - x_symm) * (x(a, i) - x_symm);
     }
   }
-  dx = std::sqrt(dx / state.n3);
-  if (dx > state.symm_tol) {
-    if (state.symm_tol < 0.0) warn("symm_tol is below zero: no two geometries agree; give 0 or more");
+  dx = std::sqrt(dx / atoms.n3);
+  if (dx > symm_tol) {
+    if (symm_tol < 0.0) warn("symm_tol is below zero: no two geometries agree; give 0 or more");
     tell_free({"x_symm is not the same as x, stop!"});
     stop();
   }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "linalg/array.hpp"     // for array1, array2
-#include "molecule/record.hpp"  // for states
+#include "molecule/record.hpp"  // for atom_data, symmetry_data
 #include "symmetry/tables.hpp"  // for n_symm_op
 
 namespace vbn {
@@ -16,13 +16,13 @@ struct symmetry_search {
   array2<int> jreln3;  // (n3,8) the same for coordinates, with the sign of the coordinate
 };
 
-// The whole search on `x` (bohr), `nat`, `mass` and `symm_tol` (bohr) of the state: fills `trans_symm`,
-// `nrep`, `nr_lw`, `nr_hi`, `ir_name`, `new_pgrp`, `mirror` and `id3`. Stops the run when two atoms are
-// closer than 0.1 bohr, and when the geometry rebuilt from its unique atoms is off by more than `symm_tol`.
-symmetry_search point_group1(states& state);
+// The whole search on the geometry, elements and masses, with `symm_tol` in bohr: fills all of `symmetry` but
+// `ir_idx`. Stops the run when two atoms are closer than 0.1 bohr, and when the geometry rebuilt from its
+// unique atoms is off by more than `symm_tol`.
+symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_data& symmetry);
 
-// info = 0 when all atoms of x(3,n) are at least 0.1 bohr apart, else -1.
-void check_x(const array2<double>& x, int& info);
+// Whether all atoms of x(3,n) are at least 0.1 bohr apart.
+bool check_x(const array2<double>& x);
 
 // Tests the eight operations on x(3,n): an operation holds when the image of each atom lies within tol of an
 // atom of the same mass and element. Of several such atoms the first is taken; where this leaves maps that do

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "molecule/constants.hpp"  // for amu_to_au, au_to_cm
-#include "molecule/storage.hpp"    // for vbn_allocate
+#include "tests/one_state.hpp"     // for zero_arrays
 
 namespace vbn {
 namespace {
@@ -12,20 +12,22 @@ namespace {
 // Two masses on a spring along `axis`, in a state that lies along x.
 states diatomic(int axis) {
   states s;
-  s.natom = 2;
-  s.n3 = 6;
-  vbn_allocate(s);
-  s.ffreq = "a.out";
-  s.x(1, 2) = s.x0(1, 2) = 2.0;
+  s.atoms.natom = 2;
+  s.atoms.n3 = 6;
+  zero_arrays(s);
+  s.file.ffreq = "a.out";
+  s.atoms.x(1, 2) = 2.0;
+  array2<double> fcm(6, 6);
   for (int i = 1; i <= 2; ++i) {
-    s.nat(i) = 1;
-    s.symbol(i) = "H";
-    s.massau(i) = amu_to_au;
+    s.atoms.nat(i) = 1;
+    s.atoms.symbol(i) = "H";
+    s.atoms.massau(i) = amu_to_au;
     for (int j = 1; j <= 2; ++j) {
-      s.fcm0(3 * (i - 1) + axis, 3 * (j - 1) + axis) = (i == j ? 1.0 : -1.0) * 0.3 / amu_to_au;
+      fcm(3 * (i - 1) + axis, 3 * (j - 1) + axis) = (i == j ? 1.0 : -1.0) * 0.3 / amu_to_au;
     }
   }
-  for (int i = 1; i <= 6; ++i) s.freq(i) = i == 6 ? 0.01 : 0.0;
+  s.force.set_fcm(s.atoms.sqtmass, fcm);
+  for (int i = 1; i <= 6; ++i) s.modes.freq(i) = i == 6 ? 0.01 : 0.0;
   return s;
 }
 
@@ -46,9 +48,9 @@ std::string told_by(Routine routine, const array1<states>& state) {
 TEST(doubts, a_hessian_in_another_frame_and_unequal_elements_are_named) {
   EXPECT_EQ(told_by(warn_of_files, pair_of(diatomic(1), diatomic(1))), "");
   states other = diatomic(2);
-  other.ffreq = "b.out";
-  other.nat(2) = 9;
-  other.symbol(2) = "F";
+  other.file.ffreq = "b.out";
+  other.atoms.nat(2) = 9;
+  other.atoms.symbol(2) = "F";
   const std::string told = told_by(warn_of_files, pair_of(diatomic(1), other));
   EXPECT_NE(told.find("warning: state 2 (b.out): turning the molecule"), std::string::npos) << told;
   EXPECT_EQ(told.find("state 1 (a.out): turning"), std::string::npos) << told;
@@ -57,20 +59,20 @@ TEST(doubts, a_hessian_in_another_frame_and_unequal_elements_are_named) {
 
 TEST(doubts, linear_molecules_imaginary_and_surplus_zero_frequencies_are_counted) {
   states bent = diatomic(1);
-  bent.natom = 3;
-  bent.n3 = 9;
-  vbn_allocate(bent);
-  bent.massau = array1<double>(3, amu_to_au);
-  bent.x(1, 2) = 2.0;
-  bent.x(2, 3) = 2.0;
-  for (int i = 7; i <= 9; ++i) bent.freq(i) = 500.0 * i / au_to_cm;
+  bent.atoms.natom = 3;
+  bent.atoms.n3 = 9;
+  zero_arrays(bent);
+  bent.atoms.massau = array1<double>(3, amu_to_au);
+  bent.atoms.x(1, 2) = 2.0;
+  bent.atoms.x(2, 3) = 2.0;
+  for (int i = 7; i <= 9; ++i) bent.modes.freq(i) = 500.0 * i / au_to_cm;
   EXPECT_EQ(told_by(warn_of_modes, pair_of(bent, bent)), "");
 
   states worse = bent;
-  worse.x(2, 3) = 0.0;
-  worse.freq(1) = -300.0 / au_to_cm;
-  worse.freq(7) = 0.0;
-  worse.freq(8) = 5.0 / au_to_cm;
+  worse.atoms.x(2, 3) = 0.0;
+  worse.modes.freq(1) = -300.0 / au_to_cm;
+  worse.modes.freq(7) = 0.0;
+  worse.modes.freq(8) = 5.0 / au_to_cm;
   const std::string told = told_by(warn_of_modes, pair_of(bent, worse));
   EXPECT_NE(told.find("the molecule is linear"), std::string::npos) << told;
   EXPECT_NE(told.find("1 imaginary frequencies, the lowest -300.00 cm-1"), std::string::npos) << told;
@@ -79,21 +81,21 @@ TEST(doubts, linear_molecules_imaginary_and_surplus_zero_frequencies_are_counted
 
 TEST(doubts, distant_geometries_unlike_modes_and_unequal_totals_are_told) {
   states one = diatomic(1);
-  one.natom = 3;
-  one.n3 = 9;
-  vbn_allocate(one);
-  for (int i = 7; i <= 9; ++i) one.s(i, i) = 1.0;
+  one.atoms.natom = 3;
+  one.atoms.n3 = 9;
+  zero_arrays(one);
+  for (int i = 7; i <= 9; ++i) one.modes.s(i, i) = 1.0;
   states two = one;
   EXPECT_EQ(told_by(warn_of_distance, pair_of(one, two)), "");
-  two.x(1, 1) = 2.0;
-  one.s = array2<double>(9, 9, 0.4);
+  two.atoms.x(1, 1) = 2.0;
+  one.modes.s = array2<double>(9, 9, 0.4);
   const std::string told = told_by(warn_of_distance, pair_of(one, two));
   EXPECT_NE(told.find("0.611 angstrom"), std::string::npos) << told;
   EXPECT_NE(told.find("(mean square of the largest overlaps 0.16)"), std::string::npos) << told;
 
-  one.lamt = two.lamt = 1000.0 / au_to_cm;
-  one.lamt_c = 1100.0 / au_to_cm;
-  two.lamt_c = 400.0 / au_to_cm;
+  one.cart.lamt = two.cart.lamt = 1000.0 / au_to_cm;
+  one.dint.lamt = 1100.0 / au_to_cm;
+  two.dint.lamt = 400.0 / au_to_cm;
   const std::string routes = told_by(warn_of_routes, pair_of(one, two));
   EXPECT_EQ(routes.find("state 1"), std::string::npos) << routes;
   EXPECT_NE(routes.find("state 2"), std::string::npos) << routes;

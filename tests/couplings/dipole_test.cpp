@@ -21,16 +21,17 @@ const double some_dipole[] = {0.25, -0.5, 0.125};
 // A file of numerical frequencies at the geometry of the state, in bohr.
 std::string dipole_file(const states& state, const array3<double>& derivatives) {
   std::string out =
-      " NUMERICAL FREQUENCY\n VERSION 1.2\n\n NAtoms  " + std::to_string(state.natom) +
+      " NUMERICAL FREQUENCY\n VERSION 1.2\n\n NAtoms  " + std::to_string(state.atoms.natom) +
       "\n\n Coordinate Bohr\n   No    Z        mass               x               y               z\n";
   const layout atom("(2i5,4f20.12)");
   const layout row("(i5,2x,a1,3x,a1,i5,3f18.12)");
-  for (int i = 1; i <= state.natom; ++i) {
-    atom.write(out, {i, state.nat(i), state.mass(i), state.x(1, i), state.x(2, i), state.x(3, i)});
+  for (int i = 1; i <= state.atoms.natom; ++i) {
+    atom.write(out, {i, state.atoms.nat(i), state.atoms.mass(i), state.atoms.x(1, i), state.atoms.x(2, i),
+                     state.atoms.x(3, i)});
   }
   out += "\n Transition dipole moment derivative (Atomic unit)\n";
   row.write(out, {0, "r", "-", 0, some_dipole[0], some_dipole[1], some_dipole[2]});
-  for (int i = 1; i <= state.natom; ++i) {
+  for (int i = 1; i <= state.atoms.natom; ++i) {
     for (int k = 1; k <= 3; ++k) {
       row.write(out, {i, "C", std::string_view("xyz").substr(static_cast<std::size_t>(k - 1), 1),
                       3 * (i - 1) + k, derivatives(1, k, i), derivatives(2, k, i), derivatives(3, k, i)});
@@ -42,7 +43,7 @@ std::string dipole_file(const states& state, const array3<double>& derivatives) 
 states with_dipole(states state, const std::string& content) {
   const std::string name = scratch("tdip.dat");
   write_text(name, content);
-  state.ftdipd = name;
+  state.dipole.ftdipd = name;
   get_tdipd(state);
   return state;
 }
@@ -54,41 +55,42 @@ TEST(dipole, linear_dipole_in_the_principal_frame_gives_its_slopes_and_another_f
   get_inertial(state);
   get_proj_hessian(state, 1);
   get_freq(state);
-  array3<double> derivatives(3, 3, state.natom);
-  for (int i = 1; i <= state.natom; ++i)
+  array3<double> derivatives(3, 3, state.atoms.natom);
+  for (int i = 1; i <= state.atoms.natom; ++i)
     for (int k = 1; k <= 3; ++k)
       for (int l = 1; l <= 3; ++l)
-        for (int m = 7; m <= state.n3; ++m)
-          derivatives(l, k, i) += 0.01 * l * m * std::sqrt(state.massau(i)) * state.cm(3 * (i - 1) + k, m);
+        for (int m = 7; m <= state.atoms.n3; ++m)
+          derivatives(l, k, i) +=
+              0.01 * l * m * std::sqrt(state.atoms.massau(i)) * state.modes.cm(3 * (i - 1) + k, m);
   states got = with_dipole(state, dipole_file(state, derivatives));
-  EXPECT_TRUE(got.ifdip);
-  EXPECT_EQ(got.dip0(2), -0.5);
+  EXPECT_TRUE(got.dipole.ifdip);
+  EXPECT_EQ(got.dipole.dip0(2), -0.5);
   testing::internal::CaptureStderr();
   get_inertial(got);
-  proj_dip(got, state);
+  const array2<double> slopes = proj_dip(got.dipole, got.atoms, state.modes.cm);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the file stands in the frame of the modes";
-  for (int m = 1; m <= got.n3; ++m) {
-    for (int l = 1; l <= 3; ++l) EXPECT_NEAR(got.tdipd_q(l, m), m < 7 ? 0.0 : 0.01 * l * m, 1e-7) << m;
+  for (int m = 1; m <= got.atoms.n3; ++m) {
+    for (int l = 1; l <= 3; ++l) EXPECT_NEAR(slopes(l, m), m < 7 ? 0.0 : 0.01 * l * m, 1e-7) << m;
   }
 
   states moved = state;
   move_molecule(moved, random_rotation(7), {1.0, 2.0, -3.0});
   states turned = with_dipole(state, dipole_file(moved, derivatives));
-  EXPECT_TRUE(turned.ifdip);
+  EXPECT_TRUE(turned.dipole.ifdip);
   get_inertial(turned);
   testing::internal::CaptureStderr();
-  proj_dip(turned, state);
+  proj_dip(turned.dipole, turned.atoms, state.modes.cm);
   EXPECT_NE(testing::internal::GetCapturedStderr().find("another frame"), std::string::npos);
-  moved.x(2, 3) += 0.003;
-  EXPECT_FALSE(with_dipole(state, dipole_file(moved, derivatives)).ifdip);
+  moved.atoms.x(2, 3) += 0.003;
+  EXPECT_FALSE(with_dipole(state, dipole_file(moved, derivatives)).dipole.ifdip);
 }
 
 TEST(dipole, file_of_other_masses_stops_as_told_and_broken_ones_with_a_message) {
   const states state = spring_molecule(chiral_molecule);
-  const std::string file = dipole_file(state, array3<double>(3, 3, state.natom));
+  const std::string file = dipole_file(state, array3<double>(3, 3, state.atoms.natom));
   states deuterated = state;
-  deuterated.mass(4) = 2.014101779;
-  deuterated.symbol(4) = "H";
+  deuterated.atoms.mass(4) = 2.014101779;
+  deuterated.atoms.symbol(4) = "H";
   const struct {
     states state;
     std::string content, out, message;
@@ -117,11 +119,11 @@ TEST(dipole, file_of_other_masses_stops_as_told_and_broken_ones_with_a_message) 
 }
 
 TEST(dipole, file_has_the_reference_with_index_0_and_the_modes_from_7_on) {
-  states state = spring_molecule(water);
-  state.start_mode = 1;
-  std::copy_n(some_dipole, 3, state.dip0.data());
-  for (int l = 1; l <= 3; ++l) state.tdipd_q(l, 7) = (l == 2 ? -0.7 : 0.7) + 0.0001 * l;
-  write_tdipd(state, scratch("vbn"));
+  array1<double> dip0(3);
+  array2<double> tdipd_q(3, 9);
+  std::copy_n(some_dipole, 3, dip0.data());
+  for (int l = 1; l <= 3; ++l) tdipd_q(l, 7) = (l == 2 ? -0.7 : 0.7) + 0.0001 * l;
+  write_tdipd(dip0, tdipd_q, scratch("vbn"));
   EXPECT_EQ(content_of(scratch("vbn.dip")).substr(0, 104),
             "     0      0.2500000     -0.5000000      0.1250000\n"
             "     7      0.7001000     -0.6998000      0.7003000\n");

@@ -23,7 +23,7 @@ namespace {
 
 states molecule() {
   states state = spring_molecule(chiral_molecule);
-  for (int i = 1; i <= state.natom; ++i) state.symbol(i) = element_symbol(state.nat(i));
+  for (int i = 1; i <= state.atoms.natom; ++i) state.atoms.symbol(i) = element_symbol(state.atoms.nat(i));
   return state;
 }
 
@@ -43,16 +43,18 @@ std::string coupling_file(const states& state, const array2<double>& x, const ar
   const layout xyz("(a2,3f20.12)");
   const layout masses("(\"   1-  5\",10f12.6)");
   const layout coupling("(3f20.12)");
-  for (int i = 1; i <= state.natom; ++i) {
-    atom.write(out, {i, state.symbol(i), static_cast<double>(state.nat(i)), x(1, i), x(2, i), x(3, i)});
+  for (int i = 1; i <= state.atoms.natom; ++i) {
+    atom.write(
+        out, {i, state.atoms.symbol(i), static_cast<double>(state.atoms.nat(i)), x(1, i), x(2, i), x(3, i)});
   }
   out += "\n Dump information in style XYZ to output\n\n    5\n a molecule\n";
-  for (int i = 1; i <= state.natom; ++i) xyz.write(out, {state.symbol(i), x(1, i), x(2, i), x(3, i)});
+  for (int i = 1; i <= state.atoms.natom; ++i)
+    xyz.write(out, {state.atoms.symbol(i), x(1, i), x(2, i), x(3, i)});
   out += "\n Atomic Masses\n";
   masses.write(out, mass.span());
   out +=
       "\n Energy Difference at present geometry       0.150000000\n\n Derivative Coupling before scaling\n";
-  for (int i = 1; i <= state.natom; ++i) coupling.write(out, nacme.column(i));
+  for (int i = 1; i <= state.atoms.natom; ++i) coupling.write(out, nacme.column(i));
   return out + "\n";
 }
 
@@ -60,43 +62,45 @@ std::string coupling_file(const states& state, const array2<double>& x, const ar
 states with_couplings(states state, const std::string& content) {
   const std::string name = scratch("nac.out");
   write_text(name, content);
-  state.fnacm = name;
+  state.couplings.fnacm = name;
   get_nacme(state);
   return state;
 }
 
 TEST(nacme, turned_file_gives_the_couplings_of_the_unturned_one_and_another_geometry_is_not_the_states) {
   const states state = molecule();
-  const array2<double> v = some_couplings(state.natom);
-  states straight = with_couplings(state, coupling_file(state, state.x, v, state.mass));
-  EXPECT_TRUE(straight.ifnac);
-  EXPECT_EQ(straight.e_vert, 0.15);
-  EXPECT_NEAR(straight.nacme_x0(2, 4), v(2, 4), 1e-12);
+  const array2<double> v = some_couplings(state.atoms.natom);
+  states straight = with_couplings(state, coupling_file(state, state.atoms.x, v, state.atoms.mass));
+  EXPECT_TRUE(straight.couplings.ifnac);
+  EXPECT_EQ(straight.couplings.e_vert, 0.15);
+  EXPECT_NEAR(straight.couplings.nacme_x0(2, 4), v(2, 4), 1e-12);
   get_inertial(straight);
   states moved = state;
   const array2<double> r = random_rotation(1);
   move_molecule(moved, r, {3.0, -7.0, 11.0});
   array2<double> turned_v = v;
   rotn(r, turned_v.span());
-  states turned = with_couplings(state, coupling_file(state, moved.x, turned_v, state.mass));
-  EXPECT_TRUE(turned.ifnac);
+  states turned = with_couplings(state, coupling_file(state, moved.atoms.x, turned_v, state.atoms.mass));
+  EXPECT_TRUE(turned.couplings.ifnac);
   get_inertial(turned);
   for (std::size_t k = 0; k < v.span().size(); ++k)
-    EXPECT_NEAR(turned.nacme_x.span()[k], straight.nacme_x.span()[k], 1e-9);
+    EXPECT_NEAR(turned.couplings.nacme_x.span()[k], straight.couplings.nacme_x.span()[k], 1e-9);
 
-  array2<double> x = state.x;
+  array2<double> x = state.atoms.x;
   x(1, 2) += 0.0025;
-  EXPECT_FALSE(with_couplings(state, coupling_file(state, x, v, state.mass)).ifnac);
-  x = state.x;
-  for (int i = 1; i <= state.natom; ++i) x(3, i) = -x(3, i);
-  EXPECT_FALSE(with_couplings(state, coupling_file(state, x, v, state.mass)).ifnac) << "the mirror image";
+  EXPECT_FALSE(with_couplings(state, coupling_file(state, x, v, state.atoms.mass)).couplings.ifnac);
+  x = state.atoms.x;
+  for (int i = 1; i <= state.atoms.natom; ++i) x(3, i) = -x(3, i);
+  EXPECT_FALSE(with_couplings(state, coupling_file(state, x, v, state.atoms.mass)).couplings.ifnac)
+      << "the mirror image";
 }
 
 TEST(nacme, other_atoms_and_other_masses_are_told_with_status_1) {
   const states state = molecule();
-  const std::string file = coupling_file(state, state.x, some_couplings(state.natom), state.mass);
+  const std::string file =
+      coupling_file(state, state.atoms.x, some_couplings(state.atoms.natom), state.atoms.mass);
   states deuterated = state;
-  deuterated.mass(4) = 2.014101779;
+  deuterated.atoms.mass(4) = 2.014101779;
   const std::string files = "molecule.out is not equal to that in the file " + scratch("nac.out");
   const struct {
     states state;
@@ -119,17 +123,15 @@ TEST(nacme, other_atoms_and_other_masses_are_told_with_status_1) {
 // State 1 of a real case with its modes and the couplings of a file on them.
 states real_state(const std::filesystem::path& folder, const char* ffreq, const char* fnacm) {
   states state;
-  state.ffreq = (folder / ffreq).string();
-  state.fnacm = (folder / fnacm).string();
+  state.file.ffreq = (folder / ffreq).string();
+  state.couplings.fnacm = (folder / fnacm).string();
   get_na(state);
-  vbn_allocate(state);
   get_oniom_index(state);
-  get_hess(state);
+  get_hess(state.file, state.atoms, state.force);
   get_nacme(state);
   get_inertial(state);
   get_proj_hessian(state, 1);
   get_freq(state);
-  proj_nacm(state, state);
   return state;
 }
 
@@ -137,20 +139,23 @@ TEST(nacme, coupling_files_of_four_programs_give_the_same_couplings_by_mode) {
   const char* data = std::getenv("VBN_REAL_DATA");
   if (data == nullptr) GTEST_SKIP() << "VBN_REAL_DATA does not name the folder of the real cases";
   const std::filesystem::path folder = std::filesystem::path(data) / "couplings" / "glyoxal";
+  const auto along = [](const states& state) {
+    return proj_nacm(state.couplings.nacme_x, state.atoms, state.modes.cm, 1).q;
+  };
   const states reference = real_state(folder, "s0.dat", "nac_molpro.out");
-  EXPECT_TRUE(reference.ifnac);
+  EXPECT_TRUE(reference.couplings.ifnac);
   for (const char* fnacm :
        {"nac_gaussian.log", "nac_nwchem.out", "nac_turbomole63.out", "nac_turbomole65.out"}) {
     const states state = real_state(folder, "s0.dat", fnacm);
-    EXPECT_TRUE(state.ifnac) << fnacm;
-    for (int m = 1; m <= state.n3; ++m) {
+    EXPECT_TRUE(state.couplings.ifnac) << fnacm;
+    for (int m = 1; m <= state.atoms.n3; ++m) {
       // The fields have six or seven decimals and the energy of the Gaussian file four.
-      EXPECT_NEAR(state.nacme_q(m), reference.nacme_q(m), 2e-6) << fnacm << " mode " << m;
+      EXPECT_NEAR(along(state)(m), along(reference)(m), 2e-6) << fnacm << " mode " << m;
     }
   }
-  EXPECT_FALSE(real_state(folder, "s0.dat", "nac_elsewhere.out").ifnac);
-  EXPECT_FALSE(real_state(folder, "s0.dat", "nac_state2.out").ifnac);
-  EXPECT_TRUE(real_state(folder, "t1.dat", "nac_state2.out").ifnac);
+  EXPECT_FALSE(real_state(folder, "s0.dat", "nac_elsewhere.out").couplings.ifnac);
+  EXPECT_FALSE(real_state(folder, "s0.dat", "nac_state2.out").couplings.ifnac);
+  EXPECT_TRUE(real_state(folder, "t1.dat", "nac_state2.out").couplings.ifnac);
 }
 
 }  // namespace

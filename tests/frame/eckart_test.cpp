@@ -19,7 +19,10 @@ namespace {
 std::string log_of_step(run_data& run) {
   const std::string name = scratch("eckart.out");
   run.fout = output_file(name);
-  do_eckart(run.state(1), run.state(2), run.input, run.fout);
+  states& g = run.state(1);
+  const array2<double> rot =
+      do_eckart(g.atoms.x, run.state(2).atoms.x, g.atoms.mass, run.input.set_eckart_order, run.fout);
+  rotate_state(rot, run.input.proj_nacme == 1, run.input.proj_tdipd == 1, g);
   run.fout.close();
   return content_of(name);
 }
@@ -33,15 +36,16 @@ TEST(eckart, a_turned_state_comes_back_onto_the_other_with_everything_in_its_fra
       run.state(2) = spring_molecule(atoms);
       states& g = run.state(1);
       states& e = run.state(2);
-      inertm(e.mass, e.x);
+      inertm(e.atoms.mass, e.atoms.x);
       g = e;
       move_molecule(g, random_rotation(22), {});
-      g.nacme_x = g.x;
-      for (int a = 1; a <= 3; ++a) g.dip0(a) = g.tdipd_x(a, 3, 2) = g.x(a, 3);
-      for (int k = 1; k <= g.n3; ++k) g.cm(k, 2) = g.x.span()[static_cast<std::size_t>(k - 1)];
+      g.couplings.nacme_x = g.atoms.x;
+      for (int a = 1; a <= 3; ++a) g.dipole.dip0(a) = g.dipole.tdipd_x(a, 3, 2) = g.atoms.x(a, 3);
+      for (int k = 1; k <= g.atoms.n3; ++k)
+        g.modes.cm(k, 2) = g.atoms.x.span()[static_cast<std::size_t>(k - 1)];
       const states before = g;
 
-      const array3<double> t = get_eckart_rot(g.x, e.x, g.mass);
+      const array3<double> t = get_eckart_rot(g.atoms.x, e.atoms.x, g.atoms.mass);
       for (int j = 1; j <= 4; ++j) {
         array2<double> r(3, 3);
         for (int k = 1; k <= 3; ++k)
@@ -49,16 +53,16 @@ TEST(eckart, a_turned_state_comes_back_onto_the_other_with_everything_in_its_fra
         EXPECT_NEAR(determinant3(r), 1.0, 1e-12) << j;
       }
       log_of_step(run);
-      expect_near(g.x, e.x, 1e-7);  // the least moment of a planar pair is the root of a rounding error
-      const array2<double>& coupled = projected == 1 ? g.x : before.x;
-      expect_near(g.nacme_x, coupled, 1e-13);
-      for (int a = 1; a <= 3; ++a) EXPECT_NEAR(g.dip0(a), coupled(a, 3), 1e-13);
-      for (int a = 1; a <= 3; ++a) EXPECT_NEAR(g.tdipd_x(a, 3, 2), coupled(a, 3), 1e-13);
-      EXPECT_NEAR(g.cm(5, 2), g.x(2, 2), 1e-13);
-      EXPECT_EQ(g.c(5, 2), g.sqtmass(5) * g.cm(5, 2));
+      expect_near(g.atoms.x, e.atoms.x,
+                  1e-7);  // the least moment of a planar pair is the root of a rounding error
+      const array2<double>& coupled = projected == 1 ? g.atoms.x : before.atoms.x;
+      expect_near(g.couplings.nacme_x, coupled, 1e-13);
+      for (int a = 1; a <= 3; ++a) EXPECT_NEAR(g.dipole.dip0(a), coupled(a, 3), 1e-13);
+      for (int a = 1; a <= 3; ++a) EXPECT_NEAR(g.dipole.tdipd_x(a, 3, 2), coupled(a, 3), 1e-13);
+      EXPECT_NEAR(g.modes.cm(5, 2), g.atoms.x(2, 2), 1e-13);
       if (atoms.size() > 3) {  // a linear pair leaves the turn about its axis open
-        expect_near(g.fc, e.fc, 1e-9);
-        EXPECT_EQ(g.fcm(2, 7), g.fc(2, 7) / g.sqtmass(2) / g.sqtmass(7));
+        expect_near(g.force.fc(), e.force.fc(), 1e-9);
+        EXPECT_EQ(g.force.fcm()(2, 7), g.force.fc()(2, 7) / g.atoms.sqtmass(2) / g.atoms.sqtmass(7));
       }
     }
   }
@@ -96,12 +100,12 @@ TEST(eckart, the_log_tells_the_choice_all_candidates_and_the_one_selected) {
   EXPECT_NE(forced.find("Set Eckart rotation matrix manually\nThe index of Eckart matrix order = 3\n"),
             std::string::npos);
   EXPECT_TRUE(forced.ends_with("Select rotation   3\n"));
-  EXPECT_NEAR(run.state(1).x(1, 1), -3.0, 1e-12);
+  EXPECT_NEAR(run.state(1).atoms.x(1, 1), -3.0, 1e-12);
 
   run.input.set_eckart_order = 5;  // no candidate: chosen by the program
-  for (double& element : run.state(2).x.span()) element *= 2.0e6;
+  for (double& element : run.state(2).atoms.x.span()) element *= 2.0e6;
   EXPECT_NE(log_of_step(run).find("Delta x =      1.3199993E+06\n"), std::string::npos);
-  run.state(2).x = array2<double>(3, 6);  // all candidates are equally far
+  run.state(2).atoms.x = array2<double>(3, 6);  // all candidates are equally far
   EXPECT_TRUE(log_of_step(run).ends_with("Select rotation   1\n"));
 }
 

@@ -19,11 +19,12 @@ TEST(inertial, any_molecule_stands_centred_and_right_handed_with_its_longest_ext
   for (const auto& atoms : {chiral_molecule, water, hydrogen_cyanide}) {
     states state = spring_molecule(atoms);
     move_molecule(state, random_rotation(5), {3.0, -4.0, 0.5});
-    array2<double> by_solver = state.x;
-    inertm(state.massau, by_solver);
+    array2<double> by_solver = state.atoms.x;
+    inertm(state.atoms.massau, by_solver);
     array2<double> rotation;
-    inertm_fc(state.massau, state.x, state.fc, rotation);
-    expect_near(by_solver, state.x, 1e-12);
+    array2<double> fc = state.force.fc();
+    inertm_fc(state.atoms.massau, state.atoms.x, fc, rotation);
+    expect_near(by_solver, state.atoms.x, 1e-12);
     EXPECT_NEAR(determinant3(rotation), 1.0, 1e-13);
     for (int k = 1; k <= 2; ++k) {
       EXPECT_GT(max_abs(std::vector{rotation(k, 1), rotation(k, 2), rotation(k, 3)}), 0.0);
@@ -32,10 +33,10 @@ TEST(inertial, any_molecule_stands_centred_and_right_handed_with_its_longest_ext
     for (int a = 1; a <= 3; ++a) {
       double centre = 0.0;
       double product = 0.0;
-      for (int i = 1; i <= state.natom; ++i) {
-        centre += state.mass(i) * state.x(a, i);
-        product += state.mass(i) * state.x(a, i) * state.x(a % 3 + 1, i);
-        extent[a] += state.mass(i) * state.x(a, i) * state.x(a, i);
+      for (int i = 1; i <= state.atoms.natom; ++i) {
+        centre += state.atoms.mass(i) * state.atoms.x(a, i);
+        product += state.atoms.mass(i) * state.atoms.x(a, i) * state.atoms.x(a % 3 + 1, i);
+        extent[a] += state.atoms.mass(i) * state.atoms.x(a, i) * state.atoms.x(a, i);
       }
       EXPECT_NEAR(centre, 0.0, 1e-12);
       EXPECT_NEAR(product, 0.0, 1e-11);
@@ -45,75 +46,77 @@ TEST(inertial, any_molecule_stands_centred_and_right_handed_with_its_longest_ext
   }
   states atom = spring_molecule({{2, 4.0026, {1.0, 2.0, 3.0}}});
   array2<double> rotation;
-  inertm_fc(atom.mass, atom.x, atom.fc, rotation);
-  EXPECT_EQ(atom.x, (array2<double>(3, 1)));
+  array2<double> fc = atom.force.fc();
+  inertm_fc(atom.atoms.mass, atom.atoms.x, fc, rotation);
+  EXPECT_EQ(atom.atoms.x, (array2<double>(3, 1)));
   for (int i = 1; i <= 3; ++i)
     for (int j = 1; j <= 3; ++j) EXPECT_EQ(rotation(i, j), i == j ? 1.0 : 0.0);
 }
 
 TEST(inertial, each_of_the_four_variants_is_found_with_its_vectors_and_a_tie_takes_the_first) {
   states state = spring_molecule(chiral_molecule);
-  inertm(state.mass, state.x);
+  inertm(state.atoms.mass, state.atoms.x);
   const double signs[4][3] = {{1, 1, 1}, {1, -1, -1}, {-1, 1, -1}, {-1, -1, 1}};
   for (const auto& sign : signs) {
-    array2<double> reference = state.x;
-    for (int i = 1; i <= state.natom; ++i)
+    array2<double> reference = state.atoms.x;
+    for (int i = 1; i <= state.atoms.natom; ++i)
       for (int a = 1; a <= 3; ++a) reference(a, i) *= sign[a - 1];
-    array2<double> x = state.x;
+    array2<double> x = state.atoms.x;
     rotn(random_rotation(9), x.span());
     array2<double> field = x;
     for (double& coordinate : x.span()) coordinate += 5.0;  // fields are not shifted with the atoms
-    inertmv_ref(state.mass, reference, x, field.span());
+    inertmv_ref(state.atoms.mass, reference, x, field.span());
     expect_near(x, reference, 1e-13);
     expect_near(field, reference, 1e-13);
   }
-  array2<double> x = state.x;
-  inertmv_ref(state.mass, array2<double>(3, state.natom), x, {});
-  inertm(state.mass, state.x);
-  expect_near(x, state.x, 1e-13);
+  array2<double> x = state.atoms.x;
+  inertmv_ref(state.atoms.mass, array2<double>(3, state.atoms.natom), x, {});
+  inertm(state.atoms.mass, state.atoms.x);
+  expect_near(x, state.atoms.x, 1e-13);
 }
 
 TEST(inertial, a_step_starts_from_the_weighted_matrix_and_reports_a_mirror_image_in_the_coupling_file) {
   states state = spring_molecule(chiral_molecule);
   move_molecule(state, random_rotation(11), {0.0, 2.0, 0.0});
-  state.x_nac = state.x;
+  state.couplings.x_nac = state.atoms.x;
   states expected = state;
   CaptureStdout();
   get_inertial(expected);
   EXPECT_EQ(GetCapturedStdout(), "");
-  state.fc = array2<double>(state.n3, state.n3, 1.0);  // rebuilt from `fcm`, so without effect
-  state.ifnac = true;
-  state.fnacm = "couplings.out";
-  for (int i = 1; i <= state.natom; ++i) state.x_nac(1, i) = -state.x_nac(1, i);
+  state.force.set_projected_fc(
+      array2<double>(state.atoms.n3, state.atoms.n3, 1.0));  // rebuilt from `fcm`, so without effect
+  state.couplings.ifnac = true;
+  state.couplings.fnacm = "couplings.out";
+  for (int i = 1; i <= state.atoms.natom; ++i) state.couplings.x_nac(1, i) = -state.couplings.x_nac(1, i);
   CaptureStdout();
   get_inertial(state);
   const std::string told = GetCapturedStdout();
-  expect_near(state.fc, expected.fc, 1e-14);
-  EXPECT_EQ(state.fcm(2, 7), state.fc(2, 7) / state.sqtmass(2) / state.sqtmass(7));
-  EXPECT_EQ(state.nacme_x1, state.nacme_x);
+  expect_near(state.force.fc(), expected.force.fc(), 1e-14);
+  EXPECT_EQ(state.force.fcm()(2, 7),
+            state.force.fc()(2, 7) / state.atoms.sqtmass(2) / state.atoms.sqtmass(7));
   EXPECT_NE(told.find("\n  The coordinate of atom in file molecule.out is not equal to that in the file "
                       "couplings.out\n"),
             std::string::npos)
       << told;
   char row[100];
-  std::snprintf(row, sizeof row, "%15.7f%15.7f%15.7f%15.7f%15.7f%15.7f\n", state.x(1, 5) * bohr_to_ang,
-                state.x(2, 5) * bohr_to_ang, state.x(3, 5) * bohr_to_ang, state.x_nac(1, 5),
-                state.x_nac(2, 5), state.x_nac(3, 5));
+  std::snprintf(row, sizeof row, "%15.7f%15.7f%15.7f%15.7f%15.7f%15.7f\n", state.atoms.x(1, 5) * bohr_to_ang,
+                state.atoms.x(2, 5) * bohr_to_ang, state.atoms.x(3, 5) * bohr_to_ang,
+                state.couplings.x_nac(1, 5), state.couplings.x_nac(2, 5), state.couplings.x_nac(3, 5));
   EXPECT_TRUE(told.ends_with(row)) << told;
 }
 
 TEST(inertial, dipole_derivatives_turn_in_their_component_alone_and_only_a_turn_is_warned_of) {
   const auto warned = [](const states& state) {
     CaptureStderr();
-    warn_of_dipole_turn(state);
+    warn_of_dipole_turn(state.dipole);
     return GetCapturedStderr();
   };
   states state = spring_molecule(chiral_molecule);
   get_inertial(state);
-  state.ifdip = true;
-  state.ftdipd = "dipole.dat";
-  state.x_dip = state.x;
-  for (int l = 1; l <= 3; ++l) state.dip0(l) = state.tdipd_x(l, 2, 2) = l;
+  state.dipole.ifdip = true;
+  state.dipole.ftdipd = "dipole.dat";
+  state.dipole.x_dip = state.atoms.x;
+  for (int l = 1; l <= 3; ++l) state.dipole.dip0(l) = state.dipole.tdipd_x(l, 2, 2) = l;
   states turned = state;
   get_inertial(state);
   EXPECT_EQ(warned(state), "");
@@ -121,15 +124,15 @@ TEST(inertial, dipole_derivatives_turn_in_their_component_alone_and_only_a_turn_
   array2<double> quarter(3, 3);  // about z, x to y; the file's data need its inverse
   quarter(2, 1) = quarter(3, 3) = 1.0;
   quarter(1, 2) = -1.0;
-  rotn(quarter, turned.x_dip.span());
+  rotn(quarter, turned.dipole.x_dip.span());
   get_inertial(turned);
   const double expected[3] = {2.0, -1.0, 3.0};
   for (int l = 1; l <= 3; ++l) {
-    EXPECT_NEAR(turned.tdipd_x(l, 2, 2), expected[l - 1], 1e-12);
-    EXPECT_NEAR(turned.dip0(l), expected[l - 1], 1e-12);
+    EXPECT_NEAR(turned.dipole.tdipd_x(l, 2, 2), expected[l - 1], 1e-12);
+    EXPECT_NEAR(turned.dipole.dip0(l), expected[l - 1], 1e-12);
   }
   EXPECT_EQ(warned(turned).rfind("warning: the transition dipole derivatives in dipole.dat", 0), 0u);
-  add_dipole_turn(turned, quarter);
+  add_dipole_turn(turned.dipole, quarter);
   EXPECT_EQ(warned(turned), "");
 }
 

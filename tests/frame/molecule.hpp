@@ -8,11 +8,10 @@
 #include <random>
 #include <vector>
 
-#include "frame/hessian.hpp"       // for fc_to_fcm
 #include "frame/rotation.hpp"      // for rotn, rot_fc
 #include "molecule/constants.hpp"  // for amu_to_au
 #include "molecule/record.hpp"     // for states
-#include "molecule/storage.hpp"    // for vbn_allocate
+#include "tests/one_state.hpp"     // for zero_arrays
 
 namespace vbn {
 
@@ -25,36 +24,36 @@ struct test_atom {
 // The state of a molecule at `atoms` (bohr) with a spring between every two atoms, weaker with the distance.
 inline states spring_molecule(const std::vector<test_atom>& atoms, double strength = 0.3) {
   states state;
-  state.natom = static_cast<int>(atoms.size());
-  state.n3 = 3 * state.natom;
-  state.ffreq = "molecule.out";
-  vbn_allocate(state);
-  for (int i = 1; i <= state.natom; ++i) {
+  state.atoms.natom = static_cast<int>(atoms.size());
+  state.atoms.n3 = 3 * state.atoms.natom;
+  state.file.ffreq = "molecule.out";
+  zero_arrays(state);
+  for (int i = 1; i <= state.atoms.natom; ++i) {
     const test_atom& atom = atoms[static_cast<std::size_t>(i - 1)];
-    state.nat(i) = atom.nat;
-    state.mass(i) = atom.mass;
-    state.massau(i) = amu_to_au * atom.mass;
+    state.atoms.nat(i) = atom.nat;
+    state.atoms.mass(i) = atom.mass;
+    state.atoms.massau(i) = amu_to_au * atom.mass;
     for (int a = 1; a <= 3; ++a) {
-      state.x(a, i) = atom.x[static_cast<std::size_t>(a - 1)];
-      state.sqtmass(3 * (i - 1) + a) = std::sqrt(state.massau(i));
+      state.atoms.x(a, i) = atom.x[static_cast<std::size_t>(a - 1)];
+      state.atoms.sqtmass(3 * (i - 1) + a) = std::sqrt(state.atoms.massau(i));
     }
   }
+  array2<double> fc(state.atoms.n3, state.atoms.n3);
   const auto spring = [&](int i, int j, double k) {
     for (int a = 1; a <= 3; ++a)
       for (int b = 1; b <= 3; ++b)
         for (const auto& [p, q, s] : {std::array{i, i, 1}, {j, j, 1}, {i, j, -1}, {j, i, -1}})
-          state.fc(3 * (p - 1) + a, 3 * (q - 1) + b) +=
-              s * k * (state.x(a, i) - state.x(a, j)) * (state.x(b, i) - state.x(b, j));
+          fc(3 * (p - 1) + a, 3 * (q - 1) + b) += s * k * (state.atoms.x(a, i) - state.atoms.x(a, j)) *
+                                                  (state.atoms.x(b, i) - state.atoms.x(b, j));
   };
-  for (int i = 1; i <= state.natom; ++i) {
+  for (int i = 1; i <= state.atoms.natom; ++i) {
     for (int j = 1; j < i; ++j) {
       double square = 0.0;
-      for (int a = 1; a <= 3; ++a) square += std::pow(state.x(a, i) - state.x(a, j), 2);
+      for (int a = 1; a <= 3; ++a) square += std::pow(state.atoms.x(a, i) - state.atoms.x(a, j), 2);
       spring(i, j, strength / (square * square) * (1.0 + 0.1 * i));
     }
   }
-  int info = 0;
-  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+  state.force.set_fc(state.atoms.sqtmass, fc);
   return state;
 }
 
@@ -100,12 +99,10 @@ inline double determinant3(const array2<double>& r) {
 
 // Turns and shifts a molecule as a whole, its Hessian with it.
 inline void move_molecule(states& state, const array2<double>& r, std::array<double, 3> shift) {
-  rotn(r, state.x.span());
-  for (int i = 1; i <= state.natom; ++i)
-    for (int a = 1; a <= 3; ++a) state.x(a, i) += shift[static_cast<std::size_t>(a - 1)];
-  rot_fc(r, state.fc);
-  int info = 0;
-  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+  rotn(r, state.atoms.x.span());
+  for (int i = 1; i <= state.atoms.natom; ++i)
+    for (int a = 1; a <= 3; ++a) state.atoms.x(a, i) += shift[static_cast<std::size_t>(a - 1)];
+  change_fc(state, [&](array2<double>& fc) { rot_fc(r, fc); });
 }
 
 inline void expect_near(const array2<double>& a, const array2<double>& b, double eps) {

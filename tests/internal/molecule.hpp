@@ -10,7 +10,7 @@
 #include "internal/wilson_rows.hpp"  // for vector3
 #include "molecule/elements.hpp"     // for nat_to_symbol, nat_to_mass, get_sym_num
 #include "molecule/constants.hpp"    // for bohr_to_ang
-#include "molecule/storage.hpp"      // for vbn_allocate
+#include "tests/one_state.hpp"       // for zero_arrays
 
 // Apart from the molecules of other folders' tests.
 namespace vbn::internal_molecules {
@@ -22,20 +22,20 @@ struct test_atom {
 
 inline states molecule(const std::vector<test_atom>& atoms) {
   states state;
-  state.natom = static_cast<int>(atoms.size());
-  state.n3 = 3 * state.natom;
-  vbn_allocate(state);
-  for (int i = 1; i <= state.natom; ++i) {
+  state.atoms.natom = static_cast<int>(atoms.size());
+  state.atoms.n3 = 3 * state.atoms.natom;
+  zero_arrays(state);
+  for (int i = 1; i <= state.atoms.natom; ++i) {
     const test_atom& atom = atoms[static_cast<std::size_t>(i - 1)];
-    state.nat(i) = atom.nat;
-    state.massau(i) = nat_to_mass(atom.nat) * amu_to_au;
+    state.atoms.nat(i) = atom.nat;
+    state.atoms.massau(i) = nat_to_mass(atom.nat) * amu_to_au;
     for (int a = 1; a <= 3; ++a) {
-      state.x(a, i) = atom.x[static_cast<std::size_t>(a - 1)] / bohr_to_ang;
-      state.sqtmass(3 * (i - 1) + a) = std::sqrt(state.massau(i));
+      state.atoms.x(a, i) = atom.x[static_cast<std::size_t>(a - 1)] / bohr_to_ang;
+      state.atoms.sqtmass(3 * (i - 1) + a) = std::sqrt(state.atoms.massau(i));
     }
   }
-  nat_to_symbol(state.nat, state.symbol);
-  get_sym_num(state.symbol, state.sym_num);
+  state.atoms.symbol = nat_to_symbol(state.atoms.nat);
+  state.atoms.sym_num = get_sym_num(state.atoms.symbol);
   return state;
 }
 
@@ -66,10 +66,10 @@ inline std::vector<test_atom> chain_of_carbon(int n) {
 // The coordinates as "kind(atoms)", in their order.
 inline std::string listed(const states& state) {
   std::string list;
-  for (int m = 1; m <= state.nr; ++m) {
-    list.append(m > 1 ? " " : "").append(std::to_string(state.iztype(m))).append("(");
-    for (int place = 1; place <= 4 && state.intdef(place, m) > 0; ++place)
-      list.append(place > 1 ? "," : "").append(std::to_string(state.intdef(place, m)));
+  for (int m = 1; m <= state.internal.nr; ++m) {
+    list.append(m > 1 ? " " : "").append(std::to_string(state.internal.iztype(m))).append("(");
+    for (int place = 1; place <= 4 && state.internal.intdef(place, m) > 0; ++place)
+      list.append(place > 1 ? "," : "").append(std::to_string(state.internal.intdef(place, m)));
     list += ")";
   }
   return list;
@@ -84,18 +84,18 @@ inline std::string list_of(const std::vector<test_atom>& atoms, const input_data
 // Modes and frequencies of a spring of the given strength (hartree over angstrom or radian, squared) on every
 // internal coordinate of the state, and the zero-point lengths that follow.
 inline void set_modes(states& state, double strength) {
-  const int n3 = state.n3;
+  const int n3 = state.atoms.n3;
   array2<double> fcm(n3, n3);
-  for (int m = 1; m <= state.nr; ++m)
+  for (int m = 1; m <= state.internal.nr; ++m)
     for (int i = 1; i <= n3; ++i)
       for (int j = 1; j <= n3; ++j)
-        fcm(i, j) += strength * (1.0 + 0.1 * m) * bohr_to_ang * bohr_to_ang * state.br(i, m) *
-                     state.br(j, m) / state.sqtmass(i) / state.sqtmass(j);
+        fcm(i, j) += strength * (1.0 + 0.1 * m) * bohr_to_ang * bohr_to_ang * state.internal.br(i, m) *
+                     state.internal.br(j, m) / state.atoms.sqtmass(i) / state.atoms.sqtmass(j);
   int info = 0;
-  diag_symm(fcm, state.freq, state.cm, info);
+  diag_symm(fcm, state.modes.freq, state.modes.cm, info);
   for (int i = 1; i <= n3; ++i) {
-    state.freq(i) = std::copysign(std::sqrt(std::abs(state.freq(i))), state.freq(i));
-    state.zptlen(i) = i < 7 ? 10.0 : bohr_to_ang * std::sqrt(1.0 / state.freq(i));
+    state.modes.freq(i) = std::copysign(std::sqrt(std::abs(state.modes.freq(i))), state.modes.freq(i));
+    state.modes.zptlen(i) = i < 7 ? 10.0 : bohr_to_ang * std::sqrt(1.0 / state.modes.freq(i));
   }
 }
 

@@ -99,35 +99,24 @@ TEST(ordering, looking_up_what_is_taken_gives_the_pairs_of_the_full_scan_ties_in
 
 // A call of vbn_ord with what it needs.
 struct pairing {
-  int n3;
   input_keys keys;
-  array1<double> freq1, freq2;
-  array2<double> s1;
-  array1<text<6>> symm1, symm2;
-  int nrep = 1;
-  array1<text<3>> nmrep{8};
-  array2<int> idx1, idx2;
-  int unpaired = -1;
+  normal_modes g, e;
+  symmetry_data symmetry;
+  mode_pairs pairs;
+  array2<double>& s1 = g.s;
 
-  explicit pairing(int size)
-      : n3(size),
-        freq1(size),
-        freq2(size),
-        s1(size, size),
-        symm1(size, "A"),
-        symm2(size, "A"),
-        idx1(size, 2),
-        idx2(size, 2) {
-    for (int i = 1; i <= n3; ++i) freq1(i) = freq2(i) = 0.001 * i;
+  explicit pairing(int n3) {
+    g.s = array2<double>(n3, n3);
+    g.freq = e.freq = array1<double>(n3);
+    g.irrep = e.irrep = array1<text<6>>(n3, "A");
+    for (int i = 1; i <= n3; ++i) g.freq(i) = e.freq(i) = 0.001 * i;
     for (int i = 1; i <= n3; ++i) s1(i, i) = 1.0;
     keys.sort_mode = 1;
   }
-  void run() {
-    unpaired = vbn_ord(n3, freq1, freq2, s1, symm1, symm2, idx1, idx2, nrep, nmrep, keys);
-    for (int i = 1; i <= n3; ++i) EXPECT_TRUE(idx1(i, 2) == i && idx2(i, 2) == i);
-  }
-  std::vector<int> first() const { return {idx1.column(1).begin(), idx1.column(1).end()}; }
-  std::vector<int> second() const { return {idx2.column(1).begin(), idx2.column(1).end()}; }
+  pairing(const pairing& p) : keys(p.keys), g(p.g), e(p.e), symmetry(p.symmetry) {}
+  void run() { pairs = vbn_ord(g, e, symmetry, keys); }
+  std::vector<int> first() const { return {pairs.order_g.begin(), pairs.order_g.end()}; }
+  std::vector<int> second() const { return {pairs.order_e.begin(), pairs.order_e.end()}; }
   // Mode j of state 1 overlaps with mode k of state 2 by `value`, besides the unit matrix.
   void exchange(int j, int k, double value) {
     s1(j, k) = s1(k, j) = value;
@@ -186,10 +175,10 @@ TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_n
 pairing symmetric_pairing() {
   pairing p(12);
   p.keys.if_symm = true;
-  p.nrep = 2;
-  p.nmrep(1) = "A1";
-  p.nmrep(2) = "B2";
-  for (int i = 1; i <= 12; ++i) p.symm1(i) = p.symm2(i) = i <= 10 ? "A1" : "B2";
+  p.symmetry.nrep = 2;
+  p.symmetry.ir_name(1) = "A1";
+  p.symmetry.ir_name(2) = "B2";
+  for (int i = 1; i <= 12; ++i) p.g.irrep(i) = p.e.irrep(i) = i <= 10 ? "A1" : "B2";
   return p;
 }
 
@@ -200,10 +189,10 @@ TEST(ordering, pairs_stay_within_their_representation_even_against_a_larger_over
     p.exchange(7, 9, 0.8);
     p.keys.sort_mode = sort_mode;
     p.run();
-    EXPECT_EQ(p.unpaired, 0);
+    EXPECT_EQ(p.pairs.unpaired, 0);
     for (int i = 1; i <= 12; ++i) {
-      const int j = p.idx1(i, 1);
-      const int k = p.idx2(i, 1);
+      const int j = p.pairs.order_g(i);
+      const int k = p.pairs.order_e(i);
       EXPECT_EQ(k, j == 7 ? 9 : j == 9 ? 7 : j) << sort_mode;
       EXPECT_EQ(i <= 6, j <= 6);
       EXPECT_EQ(i > 10, j > 10);  // blocks in the order of the names
@@ -213,27 +202,27 @@ TEST(ordering, pairs_stay_within_their_representation_even_against_a_larger_over
 
 TEST(ordering, surplus_modes_of_a_representation_stand_below_all_pairs_and_are_counted) {
   pairing p = symmetric_pairing();
-  p.symm1(10) = "B2";
+  p.g.irrep(10) = "B2";
   p.run();
-  EXPECT_EQ(p.unpaired, 1);
+  EXPECT_EQ(p.pairs.unpaired, 1);
   EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 10}));
   EXPECT_EQ(p.second(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 10}));
 }
 
 TEST(ordering, a_representation_of_one_state_only_is_skipped_and_the_last_rows_keep_their_numbers) {
   pairing p = symmetric_pairing();
-  p.nrep = 3;
-  p.nmrep(1) = "A2";  // state 2 alone
-  p.nmrep(3) = "A1";
-  for (int i = 7; i <= 8; ++i) p.symm1(i) = "B1";  // of no name at all
-  for (int i = 7; i <= 8; ++i) p.symm2(i) = "A2";
+  p.symmetry.nrep = 3;
+  p.symmetry.ir_name(1) = "A2";  // state 2 alone
+  p.symmetry.ir_name(3) = "A1";
+  for (int i = 7; i <= 8; ++i) p.g.irrep(i) = "B1";  // of no name at all
+  for (int i = 7; i <= 8; ++i) p.e.irrep(i) = "A2";
   p.run();
-  EXPECT_EQ(p.unpaired, 2);
+  EXPECT_EQ(p.pairs.unpaired, 2);
   EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 11, 12, 9, 10, 11, 12}));
   EXPECT_EQ(p.second(), p.first());
-  p.nmrep = array1<text<3>>(8);  // no point group was worked out
+  p.symmetry.ir_name = array1<text<3>>(8);  // no point group was worked out
   p.run();
-  EXPECT_EQ(p.unpaired, 6);
+  EXPECT_EQ(p.pairs.unpaired, 6);
   EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
 }
 

@@ -18,7 +18,8 @@ inline void to_modes(run_data& run) {
     get_inertial(state);
     get_proj_hessian(state, 1);
   }
-  do_eckart(run.state(1), run.state(2), run.input, run.fout);
+  states& g = run.state(1);
+  rotate_state(do_eckart(g.atoms.x, run.state(2).atoms.x, g.atoms.mass, 0, run.fout), false, false, g);
   for (states& state : run.state) get_freq(state);
 }
 

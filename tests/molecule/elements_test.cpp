@@ -29,7 +29,7 @@ TEST(elements, a_number_that_is_no_element_is_told_with_its_place_and_stops) {
   array1<int> nat(2, 8);
   array1<text<2>> symbol(2);
   nat(2) = 119;
-  const ending e = ending_of([&] { nat_to_symbol(nat, symbol); });
+  const ending e = ending_of([&] { nat_to_symbol(nat); });
   EXPECT_EQ(e.status, 0);
   EXPECT_EQ(e.told, " Error!\nnat(2) = 119 is out of [1,118]\n");
 }

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <limits>
 
-#include "molecule/storage.hpp"    // for vbn_allocate
+#include "tests/one_state.hpp"     // for zero_arrays
 #include "tests/written_file.hpp"  // for scratch, content_of and lines_of
 #include "text/layout.hpp"         // for layout
 
@@ -20,40 +20,39 @@ array1<states> pair_of_states(int natom) {
   const double sign[] = {1.0, -1.0};
   for (int k = 1; k <= 2; ++k) {
     states& a = state(k);
-    a.natom = natom;
-    a.n3 = 3 * natom;
-    vbn_allocate(a);
-    for (int j = 1; j <= a.n3; ++j) {
-      a.freq(j) = (k == 1 ? 0.001 : 0.0011) * j;
-      a.d(j) = sign[k - 1] * 0.5 * j;
-      a.d0(j) = sign[k - 1] * 0.25 * j;
-      a.hr(j) = 0.03125 * j * j * k;
-      a.lam(j) = 0.0001 * j * k;
-      a.d_c(j) = 2.0 * a.d(j);
-      a.d0_c(j) = 2.0 * a.d0(j);
-      a.hr_c(j) = 4.0 * a.hr(j);
-      a.lam_c(j) = 4.0 * a.lam(j);
-      a.order(j, 1) = j;
-      a.order(j, 2) = -1;  // belongs to none of the files
-      a.s(j, j) = 1.0;
+    a.atoms.natom = natom;
+    a.atoms.n3 = 3 * natom;
+    zero_arrays(a);
+    for (int j = 1; j <= a.atoms.n3; ++j) {
+      a.modes.freq(j) = (k == 1 ? 0.001 : 0.0011) * j;
+      a.cart.d(j) = sign[k - 1] * 0.5 * j;
+      a.cart.d0(j) = sign[k - 1] * 0.25 * j;
+      a.cart.hr(j) = 0.03125 * j * j * k;
+      a.cart.lam(j) = 0.0001 * j * k;
+      a.dint.d(j) = 2.0 * a.cart.d(j);
+      a.dint.d0(j) = 2.0 * a.cart.d0(j);
+      a.dint.hr(j) = 4.0 * a.cart.hr(j);
+      a.dint.lam(j) = 4.0 * a.cart.lam(j);
+      a.modes.order(j) = j;
+      a.modes.s(j, j) = 1.0;
     }
-    a.lamt = 0.0021 * k;
-    a.lamt_c = 0.0084 * k;
-    a.freqt = 0.0060 + 0.0006 * (k - 1);
+    a.cart.lamt = 0.0021 * k;
+    a.dint.lamt = 0.0084 * k;
+    a.modes.freqt = 0.0060 + 0.0006 * (k - 1);
   }
   return state;
 }
 
 array1<states> diatomic() {
   array1<states> state = pair_of_states(2);
-  state(1).freq(2) = -0.002;
-  state(2).order(1, 1) = 2;
-  state(2).order(2, 1) = 1;
-  state(2).irrep = array1<text<6>>(6, "B1");
-  state(1).s(1, 1) = state(1).s(2, 2) = 0.0;
-  state(1).s(1, 2) = -1.0;
-  state(1).s(2, 1) = 1.0;
-  state(1).s(3, 4) = 0.5;
+  state(1).modes.freq(2) = -0.002;
+  state(2).modes.order(1) = 2;
+  state(2).modes.order(2) = 1;
+  state(2).modes.irrep = array1<text<6>>(6, "B1");
+  state(1).modes.s(1, 1) = state(1).modes.s(2, 2) = 0.0;
+  state(1).modes.s(1, 2) = -1.0;
+  state(1).modes.s(2, 1) = 1.0;
+  state(1).modes.s(3, 4) = 0.5;
   return state;
 }
 
@@ -144,15 +143,15 @@ TEST(mode_data, main_file_of_a_diatomic_is_the_hand_made_one_byte_for_byte) {
 array1<states> four_atoms() {
   array1<states> state = pair_of_states(4);
   for (int i = 1; i <= 12; ++i) {
-    for (int j = 1; j <= 12; ++j) state(1).s(i, j) = (i % 2 == 0 ? -0.01 : 0.01) * i + 0.0001 * j;
+    for (int j = 1; j <= 12; ++j) state(1).modes.s(i, j) = (i % 2 == 0 ? -0.01 : 0.01) * i + 0.0001 * j;
   }
-  state(1).s(12, 9) = 1.5e-105;
-  state(1).s(9, 12) = std::numeric_limits<double>::quiet_NaN();
+  state(1).modes.s(12, 9) = 1.5e-105;
+  state(1).modes.s(9, 12) = std::numeric_limits<double>::quiet_NaN();
   const int order_e[] = {2, 1, 3, 4, 5, 6, 9, 10, 11, 12, 7, 8};
   const int order_g[] = {1, 2, 3, 4, 5, 6, 8, 7, 9, 10, 12, 11};
   for (int i = 1; i <= 12; ++i) {
-    state(1).order(i, 1) = order_g[i - 1];
-    state(2).order(i, 1) = order_e[i - 1];
+    state(1).modes.order(i) = order_g[i - 1];
+    state(2).modes.order(i) = order_e[i - 1];
   }
   return state;
 }
@@ -181,7 +180,8 @@ TEST(mode_data, both_matrix_blocks_are_what_their_layout_gives_in_the_order_of_t
     for (int i = 1; i <= 12; ++i) {
       std::vector<double> s;
       for (int j = 1; j <= 12; ++j) {
-        s.push_back(state(1).s(state(1).order(p == 1 ? i : j, 1), state(2).order(p == 1 ? j : i, 1)));
+        s.push_back(
+            state(1).modes.s(state(1).modes.order(p == 1 ? i : j), state(2).modes.order(p == 1 ? j : i)));
       }
       mode.write(expected, {i});
       row.write(expected, s);
@@ -254,7 +254,7 @@ TEST(mode_data, resonance_raman_files_take_two_lines_of_the_first_six_modes_and_
   input_keys keys;
   keys.if_rrs = true;
   array1<states> state = four_atoms();
-  state(2).freq(9) = -state(2).freq(9);
+  state(2).modes.freq(9) = -state(2).modes.freq(9);
   write_vbn(state, stem, keys);
   const std::vector<std::string> rrs1 = lines_of(stem + ".rrs1");
   const std::vector<std::string> rrs2 = lines_of(stem + ".rrs2");

@@ -21,7 +21,7 @@ class atom_count : public testing::Test {
   states state_of(const std::string& content, const char* name = "mol.log") {
     folder_.write(name, content);
     states s;
-    s.ffreq = name;
+    s.file.ffreq = name;
     get_na(s);
     return s;
   }
@@ -46,18 +46,18 @@ TEST_F(atom_count, checkpoint_of_a_log_lies_in_the_working_directory_and_nowhere
   EXPECT_EQ(e.told, " Error! Can not find Gaussian fchk file!\n Stop!\n");
   folder_.write("mol.opt.fchk", gaussian_fchk(sample_molecule()));
   const states s = state_of(log, "run/mol.opt.log");
-  EXPECT_EQ(s.fhess, "mol.opt.fchk");
+  EXPECT_EQ(s.file.fhess, "mol.opt.fchk");
 }
 
 TEST_F(atom_count, layer_h_is_kept_and_other_layers_are_left_out) {
   folder_.write("mol.fchk", gaussian_fchk(sample_molecule(5)));
   states s = state_of(oniom_log("HLHhL"));
-  EXPECT_EQ(s.natom, 2);
-  EXPECT_EQ(s.nqmmm, 5);
+  EXPECT_EQ(s.atoms.natom, 2);
+  EXPECT_EQ(s.file.nqmmm, 5);
   get_oniom_index(s);
   const int places[] = {1, 2, 3, 7, 8, 9};
-  ASSERT_EQ(s.iqm3.size(), 6);
-  for (int k = 1; k <= 6; ++k) EXPECT_EQ(s.iqm3(k), places[k - 1]);
+  ASSERT_EQ(s.file.iqm3.size(), 6);
+  for (int k = 1; k <= 6; ++k) EXPECT_EQ(s.file.iqm3(k), places[k - 1]);
 }
 
 TEST_F(atom_count, files_whose_count_cannot_be_true_end_the_run_before_arrays_are_made) {

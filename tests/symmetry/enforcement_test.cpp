@@ -6,7 +6,6 @@
 #include <cmath>
 #include <random>
 
-#include "frame/hessian.hpp"             // for fc_to_fcm
 #include "frame/inertial.hpp"            // for get_inertial
 #include "linalg/matmul.hpp"             // for matmul
 #include "text/stop.hpp"                 // for run_end
@@ -19,21 +18,22 @@ namespace {
 void add_noise(states& state, double size) {
   std::mt19937 draw(5);
   std::uniform_real_distribution<double> noise(-size, size);
-  for (int j = 1; j <= state.n3; ++j)
-    for (int i = 1; i <= j; ++i) state.fc(i, j) = state.fc(j, i) = state.fc(i, j) + noise(draw);
-  int info = 0;
-  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+  change_fc(state, [&](array2<double>& fc) {
+    for (int j = 1; j <= fc.cols(); ++j)
+      for (int i = 1; i <= j; ++i) fc(i, j) = fc(j, i) = fc(i, j) + noise(draw);
+  });
 }
 
 // The largest element of the matrix between coordinates of different representations.
 double largest_between_representations(const states& state, const array2<double>& matrix) {
   const array2<double> blocks =
-      matmul(matmul(state.trans_symm, matrix), state.trans_symm, op::plain, op::transposed);
+      matmul(matmul(state.symmetry.trans_symm, matrix), state.symmetry.trans_symm, op::plain, op::transposed);
   double largest = 0.0;
-  for (int r = 1; r <= state.nrep; ++r)
-    for (int i = state.nr_lw(r); i > 0 && i <= state.nr_hi(r); ++i)
-      for (int j = 1; j <= state.n3; ++j)
-        if (j < state.nr_lw(r) || j > state.nr_hi(r)) largest = std::max(largest, std::abs(blocks(i, j)));
+  for (int r = 1; r <= state.symmetry.nrep; ++r)
+    for (int i = state.symmetry.nr_lw(r); i > 0 && i <= state.symmetry.nr_hi(r); ++i)
+      for (int j = 1; j <= state.atoms.n3; ++j)
+        if (j < state.symmetry.nr_lw(r) || j > state.symmetry.nr_hi(r))
+          largest = std::max(largest, std::abs(blocks(i, j)));
   return largest;
 }
 
@@ -64,13 +64,12 @@ TEST(enforcement, noise_below_the_tolerance_is_gone_from_geometry_and_hessian_in
     const told result = tell_of([&] { get_enforce_symm(state, true); });
     ASSERT_FALSE(result.stopped);
     EXPECT_EQ(result.out, "");
-    const std::string group = state.new_pgrp.str();
+    const std::string group = state.symmetry.new_pgrp.str();
     EXPECT_EQ(group.substr(0, group.find('(')), pg_name(npg).substr(0, pg_name(npg).find('(')));
-    EXPECT_LT(largest_between_representations(state, state.fc), 1e-13);
-    EXPECT_LT(largest_between_representations(state, state.fcm), 1e-16);
-    state.symm_tol = 1e-12;
-    point_group1(state);
-    EXPECT_EQ(state.new_pgrp.str(), group);
+    EXPECT_LT(largest_between_representations(state, state.force.fc()), 1e-13);
+    EXPECT_LT(largest_between_representations(state, state.force.fcm()), 1e-16);
+    point_group1(state, 1e-12);
+    EXPECT_EQ(state.symmetry.new_pgrp.str(), group);
   }
 }
 
@@ -78,12 +77,12 @@ TEST(enforcement, symmetrised_hessian_and_not_the_one_before_is_what_the_inertia
   states state = molecule(of_case(textbook_cases(), "water"));
   get_inertial(state);
   // The hydrogens' own elements differ; atom 2 stands for atom 3.
-  state.fc(4, 4) += 0.004;
-  const double of_atom_2 = state.fc(4, 4);
+  change_fc(state, [](array2<double>& fc) { fc(4, 4) += 0.004; });
+  const double of_atom_2 = state.force.fc()(4, 4);
   get_enforce_symm(state, true);
-  EXPECT_NEAR(state.fc(4, 4), of_atom_2, 1e-12);
-  EXPECT_NEAR(state.fc(7, 7), of_atom_2, 1e-12);
-  EXPECT_NEAR(state.fcm(7, 7), of_atom_2 / state.massau(3), 1e-15);
+  EXPECT_NEAR(state.force.fc()(4, 4), of_atom_2, 1e-12);
+  EXPECT_NEAR(state.force.fc()(7, 7), of_atom_2, 1e-12);
+  EXPECT_NEAR(state.force.fcm()(7, 7), of_atom_2 / state.atoms.massau(3), 1e-15);
 }
 
 TEST(enforcement, without_the_key_and_in_c1_nothing_changes) {
@@ -92,9 +91,9 @@ TEST(enforcement, without_the_key_and_in_c1_nothing_changes) {
     add_noise(state, 0.001);
     const states before = state;
     get_enforce_symm(state, key);
-    EXPECT_EQ(state.x, before.x);  // the frame of the geometry given is no inertial one
-    EXPECT_EQ(state.fc, before.fc);
-    EXPECT_EQ(state.new_pgrp.str(), key ? "C1" : "D2H");
+    EXPECT_EQ(state.atoms.x, before.atoms.x);  // the frame of the geometry given is no inertial one
+    EXPECT_EQ(state.force.fc(), before.force.fc());
+    EXPECT_EQ(state.symmetry.new_pgrp.str(), key ? "C1" : "D2H");
   }
 }
 
@@ -104,17 +103,19 @@ TEST(enforcement, geometry_off_by_more_than_the_tolerance_loses_the_operations_a
   states state = molecule(list);
   get_inertial(state);
   get_enforce_symm(state, true);
-  EXPECT_EQ(state.new_pgrp.str(), "CS(z)");
-  EXPECT_GT(std::abs(state.x(1, 2) + state.x(1, 3)), 0.001);
+  EXPECT_EQ(state.symmetry.new_pgrp.str(), "CS(z)");
+  EXPECT_GT(std::abs(state.atoms.x(1, 2) + state.atoms.x(1, 3)), 0.001);
 }
 
 TEST(enforcement, hessian_off_by_more_than_the_tolerance_stops_the_run_with_its_lines) {
   states state = molecule(of_case(textbook_cases(), "nitrogen"));
   get_inertial(state);
   // All elements of atom 2 with itself: 9 of 36 are off by 0.05.
-  for (int a = 4; a <= 6; ++a)
-    for (int b = 4; b <= 6; ++b) state.fc(a, b) += 0.05;
-  state.fc(1, 2) = state.fc(2, 1) = 0.0125;
+  change_fc(state, [](array2<double>& fc) {
+    for (int a = 4; a <= 6; ++a)
+      for (int b = 4; b <= 6; ++b) fc(a, b) += 0.05;
+    fc(1, 2) = fc(2, 1) = 0.0125;
+  });
   const told result = tell_of([&] { get_enforce_symm(state, true); });
   EXPECT_TRUE(result.stopped);
   EXPECT_NE(result.out.find("Set mirror fc(     1 ,     2 ) =       0.0125000 > tol(      0.0100000 )\n"),
@@ -152,22 +153,22 @@ TEST(enforcement, atoms_on_an_axis_without_planes_lose_what_the_rotation_reverse
   // C2(z) of two atoms on the axis and a pair beside it.
   states state = molecule({{8, 0.003, -0.002, 1}, {16, 0, 0, -2}, {1, 1.5, 0.5, 2}, {1, -1.5, -0.5, 2}});
   const symmetry_search found = point_group1(state);
-  ASSERT_EQ(state.new_pgrp.str(), "C2(z)");
-  state.fc = array2<double>(12, 12, 0.005);
-  state.fc(6, 1) = 0.02;
+  ASSERT_EQ(state.symmetry.new_pgrp.str(), "C2(z)");
+  array2<double> fc(12, 12, 0.005);
+  fc(6, 1) = 0.02;
   testing::internal::CaptureStderr();
-  set_axis(found, state.mirror, state.x, state.fc, 0.01);
+  set_axis(found, state.symmetry.mirror, state.atoms.x, fc, 0.01);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "warning: 1 force constants between motions along an axis of rotation and across it are above "
             "symm_tol and stay\n");
-  EXPECT_EQ(state.x(1, 1), 0.0);
-  EXPECT_EQ(state.x(2, 1), 0.0);
-  EXPECT_EQ(state.x(3, 1), 1.0);
-  EXPECT_EQ(state.x(1, 3), 1.5);
-  EXPECT_EQ(state.fc(6, 1), 0.02);
-  EXPECT_EQ(state.fc(1, 6), 0.0);
-  EXPECT_EQ(state.fc(1, 2), 0.005);  // both across the axis
-  EXPECT_EQ(state.fc(1, 9), 0.005);  // the other atom is beside it
+  EXPECT_EQ(state.atoms.x(1, 1), 0.0);
+  EXPECT_EQ(state.atoms.x(2, 1), 0.0);
+  EXPECT_EQ(state.atoms.x(3, 1), 1.0);
+  EXPECT_EQ(state.atoms.x(1, 3), 1.5);
+  EXPECT_EQ(fc(6, 1), 0.02);
+  EXPECT_EQ(fc(1, 6), 0.0);
+  EXPECT_EQ(fc(1, 2), 0.005);  // both across the axis
+  EXPECT_EQ(fc(1, 9), 0.005);  // the other atom is beside it
 }
 
 // Two atoms, the second the image of the first under the reflection of x.
@@ -207,34 +208,28 @@ TEST(enforcement, vector_field_takes_its_representatives_and_large_changes_are_t
 }
 
 TEST(enforcement, couplings_may_be_odd_and_those_of_no_parity_stay) {
-  const auto enforced = [](array2<double> v, int& info) {
-    get_array3s(reflected_pair(), v, 0.01, info);
+  const auto enforced = [](array2<double> v) {
+    get_array3s(reflected_pair(), v, 0.01);
     return v;
   };
-  int info = 9;
-  EXPECT_EQ(enforced(vectors({1, 2, 3, -1.004, 2, 3}), info), vectors({1, 2, 3, -1, 2, 3}));
-  EXPECT_EQ(info, 0);
-  EXPECT_EQ(enforced(vectors({1, 2, 3, 1.004, -2, -3}), info), vectors({1, 2, 3, 1, -2, -3}));
-  EXPECT_EQ(info, 0);
-  EXPECT_EQ(enforced(vectors({1, 2, 3, 1, 2, 3}), info), vectors({1, 2, 3, 1, 2, 3}));
-  EXPECT_EQ(info, -1);
+  EXPECT_EQ(enforced(vectors({1, 2, 3, -1.004, 2, 3})), vectors({1, 2, 3, -1, 2, 3}));
+  EXPECT_EQ(enforced(vectors({1, 2, 3, 1.004, -2, -3})), vectors({1, 2, 3, 1, -2, -3}));
+  EXPECT_EQ(enforced(vectors({1, 2, 3, 1, 2, 3})), vectors({1, 2, 3, 1, 2, 3}));
   // Small ones count as even first.
-  EXPECT_EQ(enforced(vectors({0.001, 0, 0, 0.001, 0, 0}), info), vectors({0.001, 0, 0, -0.001, 0, 0}));
-  EXPECT_EQ(info, 0);
+  EXPECT_EQ(enforced(vectors({0.001, 0, 0, 0.001, 0, 0})), vectors({0.001, 0, 0, -0.001, 0, 0}));
 }
 
 TEST(enforcement, couplings_and_their_geometry_are_enforced_with_the_state) {
   states state = molecule(of_case(textbook_cases(), "water"));
   get_inertial(state);
-  state.ifnac = true;
-  state.x_nac = state.x;
-  state.x_nac(1, 3) += 0.001;
-  state.nacme_x = vectors({0.3, 0, 0, 0.1, 0.2, 0, 0.102, -0.199, 0});  // odd under the rotation
+  state.couplings.ifnac = true;
+  state.couplings.x_nac = state.atoms.x;
+  state.couplings.x_nac(1, 3) += 0.001;
+  state.couplings.nacme_x = vectors({0.3, 0, 0, 0.1, 0.2, 0, 0.102, -0.199, 0});  // odd under the rotation
   get_enforce_symm(state, true);
-  EXPECT_NEAR(state.x_nac(1, 3), -state.x_nac(1, 2), 1e-12);
-  EXPECT_NEAR(state.nacme_x(1, 3), state.nacme_x(1, 2), 1e-12);
-  EXPECT_NEAR(state.nacme_x(2, 3), -state.nacme_x(2, 2), 1e-12);
-  EXPECT_EQ(state.nacme_x1, state.nacme_x);
+  EXPECT_NEAR(state.couplings.x_nac(1, 3), -state.couplings.x_nac(1, 2), 1e-12);
+  EXPECT_NEAR(state.couplings.nacme_x(1, 3), state.couplings.nacme_x(1, 2), 1e-12);
+  EXPECT_NEAR(state.couplings.nacme_x(2, 3), -state.couplings.nacme_x(2, 2), 1e-12);
 }
 
 TEST(enforcement, single_large_deviation_of_a_large_hessian_is_told_and_passes) {

@@ -6,55 +6,53 @@
 #include <random>
 #include <stdexcept>
 
-#include "frame/hessian.hpp"     // for fc_to_fcm
-#include "molecule/storage.hpp"  // for vbn_allocate
-#include "symmetry/tables.hpp"   // for symm_op
+#include "symmetry/tables.hpp"  // for symm_op
 
 namespace vbn {
 
 states molecule(const atoms& list) {
   states state;
-  state.natom = static_cast<int>(list.size());
-  state.n3 = 3 * state.natom;
-  vbn_allocate(state);
-  for (int i = 1; i <= state.natom; ++i) {
+  state.atoms.natom = static_cast<int>(list.size());
+  state.atoms.n3 = 3 * state.atoms.natom;
+  zero_arrays(state);
+  for (int i = 1; i <= state.atoms.natom; ++i) {
     const atom& a = list[static_cast<std::size_t>(i - 1)];
     const double common = a.nat == 1 ? 1.007825 : a.nat == 6 ? 12.0 : a.nat == 7 ? 14.003074 : 2.0 * a.nat;
-    state.nat(i) = a.nat;
-    state.mass(i) = a.mass > 0.0 ? a.mass : common;
-    state.massau(i) = state.mass(i) * amu_to_au;
-    state.x(1, i) = a.x;
-    state.x(2, i) = a.y;
-    state.x(3, i) = a.z;
-    for (int c = 1; c <= 3; ++c) state.sqtmass(3 * (i - 1) + c) = std::sqrt(state.massau(i));
+    state.atoms.nat(i) = a.nat;
+    state.atoms.mass(i) = a.mass > 0.0 ? a.mass : common;
+    state.atoms.massau(i) = state.atoms.mass(i) * amu_to_au;
+    state.atoms.x(1, i) = a.x;
+    state.atoms.x(2, i) = a.y;
+    state.atoms.x(3, i) = a.z;
+    for (int c = 1; c <= 3; ++c) state.atoms.sqtmass(3 * (i - 1) + c) = std::sqrt(state.atoms.massau(i));
   }
   set_springs(state);
   return state;
 }
 
 void set_springs(states& state) {
-  state.fc = array2<double>(state.n3, state.n3);
-  for (int i = 1; i <= state.natom; ++i)
+  array2<double> fc(state.atoms.n3, state.atoms.n3);
+  for (int i = 1; i <= state.atoms.natom; ++i)
     for (int j = 1; j < i; ++j) {
       double d[3], r2 = 0.0;
       for (int a = 0; a < 3; ++a) {
-        d[a] = state.x(a + 1, i) - state.x(a + 1, j);
+        d[a] = state.atoms.x(a + 1, i) - state.atoms.x(a + 1, j);
         r2 += d[a] * d[a];
       }
-      const double k = 0.5 * std::exp(-0.4 * std::sqrt(r2)) * (1.0 + 0.01 * state.nat(i) * state.nat(j));
+      const double k =
+          0.5 * std::exp(-0.4 * std::sqrt(r2)) * (1.0 + 0.01 * state.atoms.nat(i) * state.atoms.nat(j));
       for (int a = 0; a < 3; ++a)
         for (int b = 0; b < 3; ++b) {
           const int ia = 3 * (i - 1) + a + 1, ib = 3 * (i - 1) + b + 1;
           const int ja = 3 * (j - 1) + a + 1, jb = 3 * (j - 1) + b + 1;
           const double f = k * (d[a] * d[b] / r2 + (a == b ? 0.1 : 0.0));
-          state.fc(ia, ib) += f;
-          state.fc(ja, jb) += f;
-          state.fc(ia, jb) -= f;
-          state.fc(ja, ib) -= f;
+          fc(ia, ib) += f;
+          fc(ja, jb) += f;
+          fc(ia, jb) -= f;
+          fc(ja, ib) -= f;
         }
     }
-  int info = 0;
-  fc_to_fcm(state.n3, state.sqtmass, state.fc, state.fcm, 1, info);
+  state.force.set_fc(state.atoms.sqtmass, fc);
 }
 
 std::vector<textbook_case> textbook_cases() {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "molecule/record.hpp"  // for states
+#include "tests/one_state.hpp"  // for the stages of one state
 
 namespace vbn {
 

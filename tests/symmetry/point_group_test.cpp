@@ -19,24 +19,26 @@ namespace {
 void expect_sound_basis(const states& state) {
   int rows = 0;
   for (int r = 1; r <= max_rep; ++r) {
-    if (state.nr_lw(r) == 0) {
-      EXPECT_EQ(state.nr_hi(r), 0);
+    if (state.symmetry.nr_lw(r) == 0) {
+      EXPECT_EQ(state.symmetry.nr_hi(r), 0);
       continue;
     }
-    EXPECT_EQ(state.nr_lw(r), rows + 1);
-    EXPECT_GE(state.nr_hi(r), state.nr_lw(r));
-    rows = state.nr_hi(r);
+    EXPECT_EQ(state.symmetry.nr_lw(r), rows + 1);
+    EXPECT_GE(state.symmetry.nr_hi(r), state.symmetry.nr_lw(r));
+    rows = state.symmetry.nr_hi(r);
   }
-  EXPECT_EQ(rows, state.n3);
-  const array2<double> unit = matmul(state.trans_symm, state.trans_symm, op::plain, op::transposed);
-  for (int j = 1; j <= state.n3; ++j)
-    for (int i = 1; i <= state.n3; ++i) EXPECT_NEAR(unit(i, j), i == j ? 1.0 : 0.0, 1e-14) << i << ' ' << j;
+  EXPECT_EQ(rows, state.atoms.n3);
+  const array2<double> unit =
+      matmul(state.symmetry.trans_symm, state.symmetry.trans_symm, op::plain, op::transposed);
+  for (int j = 1; j <= state.atoms.n3; ++j)
+    for (int i = 1; i <= state.atoms.n3; ++i)
+      EXPECT_NEAR(unit(i, j), i == j ? 1.0 : 0.0, 1e-14) << i << ' ' << j;
 }
 
 std::vector<int> modes_of(const states& state) {
   std::vector<int> modes;
-  for (int r = 1; r <= state.nrep; ++r)
-    modes.push_back(state.nr_lw(r) == 0 ? 0 : state.nr_hi(r) - state.nr_lw(r) + 1);
+  for (int r = 1; r <= state.symmetry.nrep; ++r)
+    modes.push_back(state.symmetry.nr_lw(r) == 0 ? 0 : state.symmetry.nr_hi(r) - state.symmetry.nr_lw(r) + 1);
   return modes;
 }
 
@@ -58,9 +60,8 @@ struct plain_search {
 
 std::string group_of_atoms(const atoms& list, double tol = 0.01) {
   states state = molecule(list);
-  state.symm_tol = tol;
-  point_group1(state);
-  return state.new_pgrp.str();
+  point_group1(state, tol);
+  return state.symmetry.new_pgrp.str();
 }
 
 TEST(point_group, hand_made_tables_are_groups_with_orthogonal_characters_that_multiply) {
@@ -109,8 +110,8 @@ TEST(point_group, small_molecules_have_the_group_and_the_reduction_of_the_textbo
     SCOPED_TRACE(c.name);
     states state = molecule(c.list);
     point_group1(state);
-    EXPECT_EQ(state.new_pgrp.str(), c.group);
-    EXPECT_EQ(state.nrep, static_cast<int>(c.modes.size()));
+    EXPECT_EQ(state.symmetry.new_pgrp.str(), c.group);
+    EXPECT_EQ(state.symmetry.nrep, static_cast<int>(c.modes.size()));
     EXPECT_EQ(modes_of(state), c.modes);
     expect_sound_basis(state);
   }
@@ -121,17 +122,17 @@ TEST(point_group, in_every_group_representatives_are_those_of_the_scan_over_all_
     SCOPED_TRACE(pg_name(npg));
     states state = molecule(of_group(npg, 0.002));
     const symmetry_search found = point_group1(state);
-    EXPECT_EQ(state.new_pgrp.str(), pg_name(npg));
+    EXPECT_EQ(state.symmetry.new_pgrp.str(), pg_name(npg));
     plain_search single{found, {}}, pairs{found, {}};
-    for (int i = 1; i <= state.natom; ++i) {
+    for (int i = 1; i <= state.atoms.natom; ++i) {
       const representative own = single.of(i, i);
       for (int a = 1; a <= 3; ++a) {
-        EXPECT_EQ(state.id3(1, a, i), own.atom);
-        EXPECT_EQ(state.id3(2, a, i), a);
-        EXPECT_EQ(state.id3(3, a, i) * 3 * (i - 1) + state.id3(3, a, i) * a,
+        EXPECT_EQ(state.symmetry.id3(1, a, i), own.atom);
+        EXPECT_EQ(state.symmetry.id3(2, a, i), a);
+        EXPECT_EQ(state.symmetry.id3(3, a, i) * 3 * (i - 1) + state.symmetry.id3(3, a, i) * a,
                   found.jreln3(3 * (own.atom - 1) + a, own.ip));
       }
-      for (int j = 1; j <= state.natom; ++j) {
+      for (int j = 1; j <= state.atoms.natom; ++j) {
         const representative pair = pairs.of(i, j);
         for (int a = 1; a <= 3; ++a)
           for (int b = 1; b <= 3; ++b) {
@@ -150,11 +151,12 @@ TEST(point_group, in_every_group_the_adapted_coordinates_leave_nothing_between_r
     states state = molecule(of_group(npg, 0.0));
     point_group1(state);
     expect_sound_basis(state);
-    const array2<double> blocks =
-        matmul(matmul(state.trans_symm, state.fc), state.trans_symm, op::plain, op::transposed);
-    for (int r = 1; r <= state.nrep; ++r)
-      for (int i = state.nr_lw(r); i <= state.nr_hi(r); ++i)
-        for (int j = state.nr_hi(r) + 1; j <= state.n3; ++j) EXPECT_NEAR(blocks(i, j), 0.0, 1e-14);
+    const array2<double> blocks = matmul(matmul(state.symmetry.trans_symm, state.force.fc()),
+                                         state.symmetry.trans_symm, op::plain, op::transposed);
+    for (int r = 1; r <= state.symmetry.nrep; ++r)
+      for (int i = state.symmetry.nr_lw(r); i <= state.symmetry.nr_hi(r); ++i)
+        for (int j = state.symmetry.nr_hi(r) + 1; j <= state.atoms.n3; ++j)
+          EXPECT_NEAR(blocks(i, j), 0.0, 1e-14);
   }
 }
 
@@ -219,11 +221,11 @@ TEST(point_group, tolerance_beyond_the_distance_of_like_atoms_gives_c1_and_a_bas
     for (const textbook_case& c : textbook_cases()) {
       SCOPED_TRACE(c.name + " " + std::to_string(tol));
       states state = molecule(c.list);
-      state.symm_tol = tol;
-      const symmetry_search found = point_group1(state);
+      const symmetry_search found = point_group1(state, tol);
       expect_sound_basis(state);
       for (int p = 1; p <= n_symm_op; ++p)
-        for (int i = 1; found.op(p) && i <= state.natom; ++i) EXPECT_EQ(found.jreln(found.jreln(i, p), p), i);
+        for (int i = 1; found.op(p) && i <= state.atoms.natom; ++i)
+          EXPECT_EQ(found.jreln(found.jreln(i, p), p), i);
     }
   const std::string told = testing::internal::GetCapturedStderr();
   EXPECT_NE(told.find("warning: symm_tol is so large that"), std::string::npos);
@@ -235,9 +237,8 @@ TEST(point_group, operations_that_form_no_group_leave_the_molecule_without_symme
   const double d = 0.004;
   states state = molecule(
       {{6, 0, 0, 0}, {1, 1, 2, 3}, {1, -1 + d, -2, 3}, {1, -1, 2 + d, -3}, {1, 1 + d, -2, -3 - 2 * d}});
-  state.symm_tol = 0.0105;
-  const symmetry_search found = point_group1(state);
-  EXPECT_EQ(state.new_pgrp.str(), "C1");
+  const symmetry_search found = point_group1(state, 0.0105);
+  EXPECT_EQ(state.symmetry.new_pgrp.str(), "C1");
   EXPECT_EQ(found.nop, 1);
   expect_sound_basis(state);
 }
