@@ -153,7 +153,7 @@ array2<double> inertmv2_ref(const array1<double>& mass, const array2<double>& x1
       itype_min = itype;
     }
   }
-  const array2<double> rotation = sign_variant(itype_min, principal);
+  array2<double> rotation = sign_variant(itype_min, principal);
   rotn(rotation, x.span());
   rotn(rotation, v1);
   rotn(rotation, v2);

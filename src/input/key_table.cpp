@@ -73,7 +73,7 @@ constexpr std::array<input_key, 48> keys{{
 
 // Whether the type told in the table is the one of what the key is stored in.
 consteval bool types_agree() {
-  for (const input_key& key : keys) {
+  return std::ranges::all_of(keys, [](const input_key& key) {
     const key_place& p = key.place;
     const bool is_integer =
         std::holds_alternative<int k::*>(p) || std::holds_alternative<array2<int> k::*>(p);
@@ -83,9 +83,8 @@ consteval bool types_agree() {
                             : is_integer                         ? integer
                             : is_real                            ? real
                                                                  : characters;
-    if (stored != key.type) return false;
-  }
-  return true;
+    return stored == key.type;
+  });
 }
 static_assert(types_agree());
 
@@ -173,8 +172,8 @@ std::string_view expected_value(const input_key& key) {
   return "";
 }
 
-bool store_value(input_keys& stored, const input_key& key, int element, const group_value& value) {
-  return std::visit([&](auto place) { return read_value(value, element_of(stored.*place, element)); },
+bool store_value(input_keys& keys, const input_key& key, int element, const group_value& value) {
+  return std::visit([&](auto place) { return read_value(value, element_of(keys.*place, element)); },
                     key.place);
 }
 

@@ -1,6 +1,7 @@
 // Builds the bond graph from distances and from the input's lists.
 #include "internal/bond.hpp"  // for get_bond
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -61,9 +62,9 @@ array1<double> radii(const array1<int>& nat) {
 }
 
 bool within_fixed_limit(int nat_i, int nat_j, double d) {
-  for (const fixed_limit& rule : fixed_limits)
-    if (nat_i >= rule.low && nat_i <= rule.high && nat_j > rule.partner_above && d < rule.limit) return true;
-  return false;
+  return std::ranges::any_of(fixed_limits, [&](const fixed_limit& rule) {
+    return nat_i >= rule.low && nat_i <= rule.high && nat_j > rule.partner_above && d < rule.limit;
+  });
 }
 
 }  // namespace

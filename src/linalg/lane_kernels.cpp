@@ -14,7 +14,7 @@ namespace {
 constexpr int block = 4;  // columns that the reduction works on side by side
 
 namespace width2 {  // what every processor has
-constexpr int width = 2;
+constexpr std::ptrdiff_t width = 2;
 constexpr int group = 4;  // registers of lanes that `wave` carries for each sweep
 constexpr int waves = 2;  // sweeps on their way at once
 using lanes = double __attribute__((vector_size(width * sizeof(double))));
@@ -35,7 +35,7 @@ void transpose(lanes* a) {
 #pragma GCC target("avx2")
 #endif
 namespace width4 {
-constexpr int width = 4;
+constexpr std::ptrdiff_t width = 4;
 constexpr int group = 4;
 constexpr int waves = 2;
 using lanes = double __attribute__((vector_size(width * sizeof(double))));
@@ -65,7 +65,7 @@ void transpose(lanes* a) {
 #pragma GCC target("avx512f")
 #endif
 namespace width8 {  // the strips only: to turn wider tiles costs the reduction more than it gains
-constexpr int width = 8;
+constexpr std::ptrdiff_t width = 8;
 constexpr int group = 2;
 constexpr int waves = 3;
 using lanes = double __attribute__((vector_size(width * sizeof(double))));

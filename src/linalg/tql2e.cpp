@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -54,6 +55,47 @@ void sort_rising(array1<double>& d, array1<int>& from) {
   }
 }
 
+// Shifts the spectrum from eigenvalue l on, by the amount that is returned.
+double shift(array1<double>& d, const array1<double>& e, int l) {
+  const double g = d(l);
+  const double p = (d(l + 1) - g) / (2.0 * e(l));
+  const double r = std::sqrt(p * p + 1.0);
+  d(l) = e(l) / (p + std::copysign(r, p));
+  const double h = g - d(l);
+  for (int i = l + 1; i <= d.size(); ++i) d(i) -= h;
+  return h;
+}
+
+// One QL transformation of the rows l to m of the tridiagonal matrix; the rotation of columns i and i+1 goes
+// into rotations[i-1].
+void transform(array1<double>& d, array1<double>& e, int l, int m, std::span<rotation> rotations) {
+  double p = d(m);
+  double c = 1.0;
+  double s = 0.0;
+  for (int i = m - 1; i >= l; --i) {
+    const double g = c * e(i);
+    const double h = c * p;
+    if (std::abs(p) >= std::abs(e(i))) {
+      c = e(i) / p;
+      const double r = std::sqrt(c * c + 1.0);
+      e(i + 1) = s * p * r;
+      s = c / r;
+      c = 1.0 / r;
+    } else {
+      c = p / e(i);
+      const double r = std::sqrt(c * c + 1.0);
+      e(i + 1) = s * e(i) * r;
+      s = 1.0 / r;
+      c = c * s;
+    }
+    p = c * d(i) - s * g;
+    d(i + 1) = h + s * (c * g + s * d(i));
+    rotations[static_cast<std::size_t>(i - 1)] = {c, s};
+  }
+  e(l) = s * p;
+  d(l) = c * p;
+}
+
 }  // namespace
 
 void tql2e(array1<double>& d, array1<double>& e, array2<double>& z, int& ierr, const lane_kernels& kernels) {
@@ -83,43 +125,10 @@ void tql2e(array1<double>& d, array1<double>& e, array2<double>& z, int& ierr, c
         ierr = l;
         break;
       }
-      // Shift.
-      double g = d(l);
-      double p = (d(l + 1) - g) / (2.0 * e(l));
-      double r = std::sqrt(p * p + 1.0);
-      d(l) = e(l) / (p + std::copysign(r, p));
-      double h = g - d(l);
-      for (int i = l + 1; i <= n; ++i) d(i) -= h;
-      f += h;
-
-      // QL transformation.
+      f += shift(d, e, l);
       const int number = static_cast<int>(sweeps.size()) + 1;
       sweeps.push_back({l - 1, m - 1, rotations.column(number).data()});
-      p = d(m);
-      double c = 1.0;
-      double s = 0.0;
-      for (int i = m - 1; i >= l; --i) {
-        g = c * e(i);
-        h = c * p;
-        if (std::abs(p) >= std::abs(e(i))) {
-          c = e(i) / p;
-          r = std::sqrt(c * c + 1.0);
-          e(i + 1) = s * p * r;
-          s = c / r;
-          c = 1.0 / r;
-        } else {
-          c = p / e(i);
-          r = std::sqrt(c * c + 1.0);
-          e(i + 1) = s * e(i) * r;
-          s = 1.0 / r;
-          c = c * s;
-        }
-        p = c * d(i) - s * g;
-        d(i + 1) = h + s * (c * g + s * d(i));
-        rotations(i, number) = {c, s};
-      }
-      e(l) = s * p;
-      d(l) = c * p;
+      transform(d, e, l, m, rotations.column(number));
       if (number == batch) apply();
       if (!(std::abs(e(l)) > b)) break;
     }

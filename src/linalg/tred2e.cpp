@@ -19,7 +19,8 @@ namespace {
 // step i, which belongs to the transformation 1 - u u^T / h with h in d(i); h = 0 where the step was skipped.
 void reduce(array2<double>& w, array1<double>& d, array1<double>& e, const lane_kernels& kernels) {
   const int n = w.rows();
-  array1<double> x(n), y(n);  // u of the step before and its partner: the change that waits
+  array1<double> x(n);  // u of the step before, which with y is the change that waits
+  array1<double> y(n);
   array1<double> p(n);
   for (int i = n; i >= 2; --i) {
     const int l = i - 1;

@@ -18,8 +18,8 @@ namespace {
 constexpr int max_radius = 105;  // the last element that has a bond radius
 
 struct element {
-  const char* symbol;
-  double mass;          // amu, of the most abundant isotope; 0.0 where none is held
+  const char* symbol = "";
+  double mass = 0.0;    // amu, of the most abundant isotope; 0.0 where none is held
   double radius = 0.0;  // angstrom; 0.0 where none is held
 };
 

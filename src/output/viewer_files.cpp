@@ -214,7 +214,7 @@ void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const a
   const array2<double> shown = in_angstrom(x);
   // As "(a4,6f16.10)" gives a line: symbol and geometry are the same in every frame and are rendered once.
   constexpr int width = 16;
-  const std::string room(3 * width, ' ');
+  const std::string room(std::size_t{3} * width, ' ');
   std::string atoms;
   for (int i = 1; i <= n; ++i) {
     xyz_atom.write(atoms, {symbol(i), shown(1, i), shown(2, i), shown(3, i)});

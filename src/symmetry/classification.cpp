@@ -52,8 +52,9 @@ void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, 
   bool changed = false;
   for (int i = 7; i <= modes.freq.size(); ++i) {
     const double df = std::abs(modes.freq(i) - modes.freq1(i)) * au_to_cm;
-    const value irrep = modes.irrep(i).trimmed(), nosymm = au_to_cm * modes.freq1(i),
-                symm_diag = au_to_cm * modes.freq(i);
+    const value irrep = modes.irrep(i).trimmed();
+    const value nosymm = au_to_cm * modes.freq1(i);
+    const value symm_diag = au_to_cm * modes.freq(i);
     fout.write(row, {irrep, nosymm, symm_diag});
     if (df > told_change && df < worst_change) changed = true;
     if (df > worst_change) {

@@ -16,6 +16,17 @@ namespace vbn {
 
 namespace {
 
+// The representative of coordinate ix of atom ia, and the sign that it is taken with.
+struct signed_coordinate {
+  int atom;
+  int coordinate;
+  int sign;
+};
+
+signed_coordinate representative_of(const array3<int>& id3, int ix, int ia) {
+  return {id3(1, ix, ia), id3(2, ix, ia), id3(3, ix, ia)};
+}
+
 // Ends the run when the root-mean-square change dx is above tol.
 void stop_if_changed(double dx, double tol) {
   if (!(dx > tol)) return;
@@ -92,7 +103,7 @@ void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
   double dx = 0.0;
   for (int ia = 1; ia <= na; ++ia)
     for (int ix = 1; ix <= 3; ++ix) {
-      const int ja = id3(1, ix, ia), jx = id3(2, ix, ia), sg = id3(3, ix, ia);
+      const auto [ja, jx, sg] = representative_of(id3, ix, ia);
       vs(ix, ia) = sg * v0(jx, ja);
       const double s = std::abs(v0(ix, ia) - vs(ix, ia));
       if (s > tol) tell(changed, {ia, ix, ja, jx, v0(ix, ia), v0(jx, ja), vs(ix, ia), s});
@@ -104,10 +115,11 @@ void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
 
 void get_array3s(const array3<int>& id3, array2<double>& v0, double tol) {
   const int na = v0.cols();
-  bool lsame = true, ldiff = true;
+  bool lsame = true;
+  bool ldiff = true;
   for (int ia = 1; ia <= na; ++ia)
     for (int ix = 1; ix <= 3; ++ix) {
-      const int ja = id3(1, ix, ia), jx = id3(2, ix, ia), sg = id3(3, ix, ia);
+      const auto [ja, jx, sg] = representative_of(id3, ix, ia);
       if (ia == ja) continue;
       if (std::abs(v0(ix, ia) - sg * v0(jx, ja)) > tol) lsame = false;
       if (std::abs(v0(ix, ia) + sg * v0(jx, ja)) > tol) ldiff = false;
@@ -119,7 +131,7 @@ void get_array3s(const array3<int>& id3, array2<double>& v0, double tol) {
   double dx = 0.0;
   for (int ia = 1; ia <= na; ++ia)
     for (int ix = 1; ix <= 3; ++ix) {
-      const int ja = id3(1, ix, ia), jx = id3(2, ix, ia), sg = id3(3, ix, ia);
+      const auto [ja, jx, sg] = representative_of(id3, ix, ia);
       vs(ix, ia) = (ia == ja ? sg : sg * isym) * v0(jx, ja);
       dx += (v0(ix, ia) - vs(ix, ia)) * (v0(ix, ia) - vs(ix, ia));
     }
@@ -134,10 +146,13 @@ void get_array9(const symmetry_search& found, array2<double>& f0, double tol) {
   double dx = 0.0;
   for (int ii = 1; ii <= n3; ++ii)
     for (int jj = 1; jj <= n3; ++jj) {
-      const int ia = (ii + 2) / 3, ix = ii - 3 * (ia - 1);
-      const int ja = (jj + 2) / 3, jx = jj - 3 * (ja - 1);
+      const int ia = (ii + 2) / 3;
+      const int ix = ii - 3 * (ia - 1);
+      const int ja = (jj + 2) / 3;
+      const int jx = jj - 3 * (ja - 1);
       const auto [ka, kx, la, lx, sg] = id9(found, jx, ja, ix, ia);
-      const int kk = 3 * (ka - 1) + kx, ll = 3 * (la - 1) + lx;
+      const int kk = 3 * (ka - 1) + kx;
+      const int ll = 3 * (la - 1) + lx;
       fs(jj, ii) = sg * f0(ll, kk);
       const double s = (fs(jj, ii) - f0(jj, ii)) * (fs(jj, ii) - f0(jj, ii));
       dx += s;

@@ -50,7 +50,7 @@ std::optional<input_file> input_file::open(std::string_view name, std::string& w
   f.name_ = trim(name);
   // A FIFO without a writer would block the opening.
   const file_handle handle(::open(f.name_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat about;
+  struct stat about {};
   if (handle.number < 0 || ::fstat(handle.number, &about) != 0) {
     why = std::strerror(errno);
     return std::nullopt;

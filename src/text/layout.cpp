@@ -138,6 +138,15 @@ class parser {
         if (depth == 0) reversion = first;
         return;
       }
+      default:
+        value_item(c, count);
+    }
+  }
+
+  // An item that takes a value, from the column after its letter on.
+  void value_item(char letter, int count) {
+    item a;
+    switch (letter) {
       case 'a':
         a.kind = item_kind::characters;
         a.width = number(max_width);

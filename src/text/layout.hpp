@@ -31,7 +31,7 @@ class value {
   std::string_view characters() const { return text_; }
 
  private:
-  kind kind_;
+  kind kind_ = kind::integer;
   int integer_ = 0;
   double real_ = 0.0;
   std::string_view text_;

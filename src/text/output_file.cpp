@@ -43,8 +43,7 @@ void put_free_form(std::string& out, std::initializer_list<value> values) {
 
 }  // namespace
 
-output_file::output_file(std::string name) : name_(trim(name)) {
-  file_ = std::fopen(name_.c_str(), "wb");
+output_file::output_file(std::string_view name) : name_(trim(name)), file_(std::fopen(name_.c_str(), "wb")) {
   if (file_ == nullptr) cannot_write(name_, errno);
   std::setvbuf(file_, nullptr, _IONBF, 0);
 }

@@ -16,7 +16,7 @@ namespace vbn {
 class output_file {
  public:
   output_file() = default;  // not open; what is written to it is an error of the program
-  explicit output_file(std::string name);
+  explicit output_file(std::string_view name);
   output_file(output_file&&) noexcept;
   output_file& operator=(output_file&&) noexcept;
   output_file(const output_file&) = delete;
