@@ -12,12 +12,14 @@
 
 #include "bench/molecule.hpp"        // for chain
 #include "modes/ordering.hpp"        // for large_elements
-#include "molecule/storage.hpp"      // for vbn_allocate
+#include "molecule/record.hpp"       // for atom_data, symmetry_data
 #include "readers/qm_file.hpp"       // for qm_file_fc
 #include "symmetry/point_group.hpp"  // for point_group1, id9
 #include "text/layout.hpp"           // for layout
 
 namespace {
+
+constexpr double symm_tol = 0.01;  // bohr
 
 // The force constants of a chain in the layout of a numerical-frequency file.
 std::string numerical_frequency_file(int natom) {
@@ -109,18 +111,18 @@ void pair_modes_by_scan(benchmark::State& run) {
 // The group search of a molecule without symmetry, and the representative of every pair of its atoms.
 void symmetry_tables(benchmark::State& run) {
   const vbn::bench::molecule m = vbn::bench::chain(static_cast<int>(run.range(0)), 1);
-  vbn::states state;
-  state.natom = m.nat.size();
-  state.n3 = 3 * state.natom;
-  vbn::vbn_allocate(state);
-  state.nat = m.nat;
-  state.mass = m.mass;
-  state.x = m.x;
+  vbn::atom_data atoms;
+  atoms.natom = m.nat.size();
+  atoms.n3 = 3 * atoms.natom;
+  atoms.nat = m.nat;
+  atoms.mass = m.mass;
+  atoms.x = m.x;
   for (auto _ : run) {
-    const vbn::symmetry_search found = vbn::point_group1(state);
+    vbn::symmetry_data symmetry;
+    const vbn::symmetry_search found = vbn::point_group1(atoms, symm_tol, symmetry);
     int sum = 0;
-    for (int i = 1; i <= state.natom; ++i)
-      for (int j = 1; j <= state.natom; ++j) sum += vbn::id9(found, 1, j, 1, i).sg;
+    for (int i = 1; i <= atoms.natom; ++i)
+      for (int j = 1; j <= atoms.natom; ++j) sum += vbn::id9(found, 1, j, 1, i).sg;
     benchmark::DoNotOptimize(sum);
   }
 }
