@@ -19,7 +19,8 @@
 #include "internal/force_projection.hpp"   // for get_proj_f0
 #include "internal/gmatrix.hpp"            // for get_int_gmatrix
 #include "internal/int_coord.hpp"          // for get_int_coord
-#include "internal/report.hpp"             // for print_int_coord
+#include "internal/reorganisation.hpp"     // for proj_reorg_ene
+#include "internal/report.hpp"             // for print_int_coord, print_differences
 #include "modes/duschinsky.hpp"            // for get_vbn
 #include "modes/shared_hessian.hpp"        // for use_same_hessian
 #include "modes/signs.hpp"                 // for set_positive_diag, set_proper_rotation
@@ -224,7 +225,9 @@ void write_cartesian_route(run_data& run) {
 }
 
 void write_internal_route(run_data& run) {
-  check_int_coord(run.state, run.input, run.fout);
+  check_int_coord(run.state, run.input.d_sign_same_to_cart);
+  print_differences(run.state(1), run.state(2), run.fout);
+  if (run.input.proj_reorg) proj_reorg_ene(run.state);
   warn_of_routes(run.state);
   write_vbn_int(run.state, run.input.prefix.str() + ".dint", run.input);
 }

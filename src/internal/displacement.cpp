@@ -5,11 +5,10 @@
 #include <cmath>
 #include <utility>
 
-#include "internal/int_coord.hpp"       // for kind_stretch
-#include "internal/reorganisation.hpp"  // for proj_reorg_ene, mode_length
+#include "internal/reorganisation.hpp"  // for mode_length
 #include "linalg/matmul.hpp"            // for matmul
-#include "text/fixed_text.hpp"          // for text
 #include "text/layout.hpp"              // for layout
+#include "text/output_file.hpp"         // for tell
 #include "text/stop.hpp"                // for stop
 
 namespace vbn {
@@ -17,19 +16,11 @@ namespace vbn {
 namespace {
 
 constexpr double two_pi = 6.283185307179586;
-constexpr double large_change = 0.01;  // of a bond, angstrom
 
 const layout changed_line(R"(("Changed internal coordinate", i6))");
 const layout definitions_line("(4i6, 4x, 4i6)");
 const layout definitions_error(R"(("Error: Definitions of internal coordinates are changed!"))");
 const layout numbers_error(R"(("Error: numbers of internal coordinates are not same:", 2i6))");
-const layout large_title(R"(("Large changes in internal coords:"))");
-const layout large_line("(a,i5,i2,4(3x,a5),3f8.3)");
-const layout atom_label("(a2,i3)");
-const layout rule(R"((80("-")))");
-const layout estimate_title(R"(("print xd and zd"))");
-const layout estimate_heads("(a5,a7,a9,3a9)");
-const layout estimate_line("(i5,i7,f9.4,3f9.5, 2(2x, 4i6) )");
 
 // Prints coordinates that other atoms define in the other state, and stops on unequal numbers of them.
 void compare_definitions(const internal_coordinates& c1, const internal_coordinates& c2) {
@@ -48,11 +39,6 @@ void compare_definitions(const internal_coordinates& c1, const internal_coordina
   }
 }
 
-text<5> label(const array1<text<2>>& symbol, int atom) {
-  if (atom == 0) return "";
-  return atom_label.line({symbol(atom).trimmed(), atom});
-}
-
 // z of state 2 less z of state 1; an angle is brought back once from beyond half a revolution.
 array1<double> differences(const internal_coordinates& c1, const internal_coordinates& c2) {
   array1<double> zd(c1.nr);
@@ -69,35 +55,6 @@ array1<double> differences(const internal_coordinates& c1, const internal_coordi
 array1<double> negative(array1<double> a) {
   for (double& element : a) element = -element;
   return a;
-}
-
-void print_large_changes(const array1<text<2>>& symbol, const internal_coordinates& c1,
-                         const internal_coordinates& c2, output_file& fout) {
-  fout.write(large_title);
-  for (int i = 1; i <= c1.nr; ++i) {
-    if (c1.iztype(i) != kind_stretch || !(std::abs(c1.zd(i)) > large_change)) continue;
-    fout.write(large_line,
-               {" zd", i, c1.iztype(i), label(symbol, c1.intdef(1, i)), label(symbol, c1.intdef(2, i)),
-                label(symbol, c1.intdef(3, i)), label(symbol, c1.intdef(4, i)), c1.z(i), c2.z(i), c1.zd(i)});
-  }
-}
-
-// The change of each coordinate to first order, B dx, beside the true one.
-void print_linear_estimate(const states& s1, const states& s2, output_file& fout) {
-  const internal_coordinates& c1 = s1.internal;
-  const internal_coordinates& c2 = s2.internal;
-  fout.write(rule);
-  fout.write(estimate_title);
-  fout.write(estimate_heads, {"nr", "iztype", "scale", "xd", "zd", "|xd-zd|"});
-  for (int i = 1; i <= c1.nr; ++i) {
-    double xd = 0.0;
-    const auto row = c1.br.column(i);
-    for (std::size_t j = 0; j < row.size(); ++j) xd += (s2.atoms.x.span()[j] - s1.atoms.x.span()[j]) * row[j];
-    const double zzd = std::abs(std::abs(xd) * bohr_to_ang - std::abs(c1.zd(i)));
-    fout.write(estimate_line, {i, c1.iztype(i), c1.scales(i), bohr_to_ang * xd, c1.zd(i), zzd,
-                               c1.intdef(1, i), c1.intdef(2, i), c1.intdef(3, i), c1.intdef(4, i),
-                               c2.intdef(1, i), c2.intdef(2, i), c2.intdef(3, i), c2.intdef(4, i)});
-  }
 }
 
 // The first rows of a.
@@ -157,16 +114,13 @@ void take_signs(const array1<double>& d, mode_results& results) {
 
 }  // namespace
 
-void check_int_coord(array1<states>& state, const input_data& input, output_file& fout) {
+void check_int_coord(array1<states>& state, bool d_sign_same_to_cart) {
   states& s1 = state(1);
   states& s2 = state(2);
   compare_definitions(s1.internal, s2.internal);
   s1.internal.zd = differences(s1.internal, s2.internal);
   s2.internal.zd = negative(s1.internal.zd);
-  print_large_changes(s1.atoms.symbol, s1.internal, s2.internal, fout);
-  print_linear_estimate(s1, s2, fout);
   for (states& each : state) each.basis.cmr2 = matmul(top(each.basis.bm, each.basis.nv), each.modes.cm);
-  if (input.proj_reorg) proj_reorg_ene(state);
 
   const array1<double> p1 = along_modes(s1.basis, non_redundant(s1.basis, s1.internal.zd));
   const array1<double> p2 = along_modes(s2.basis, non_redundant(s2.basis, s2.internal.zd));
@@ -176,7 +130,7 @@ void check_int_coord(array1<states>& state, const input_data& input, output_file
     if (d2(i) * d1(i) < 0.0) d2(i) = -d2(i);
   s1.dint = results_of(d1, p1, s1.modes);
   s2.dint = results_of(std::move(d2), p2, s2.modes);
-  if (input.d_sign_same_to_cart) {
+  if (d_sign_same_to_cart) {
     take_signs(s1.cart.d, s1.dint);
     take_signs(s2.cart.d, s2.dint);
   }
