@@ -13,7 +13,7 @@
 #include "readers/scan.hpp"             // for search_word_free
 #include "text/layout.hpp"              // for layout
 #include "text/output_file.hpp"         // for output_file
-#include "text/stop.hpp"                // for fail and stop
+#include "text/stop.hpp"                // for fail_in, stop
 #include "text/words.hpp"               // for trim
 
 namespace vbn {
@@ -39,9 +39,9 @@ void qm_file_tdipd(qm_file& file, int natom, array1<double>& dip0, array3<double
   info = -1;
   input_file& from = file.file;
   if (file.type != "NUMFORCE") {
-    fail({"a file of kind \"" + file.type.str() + "\" has no dipole derivatives that can be read",
-          from.name(), 0, "", 0,
-          "a file of numerical frequencies, \"NUMERICAL FREQUENCY\" in columns 2 to 20"});
+    fail_in(from.name(),
+            "a file of kind \"" + file.type.str() + "\" has no dipole derivatives that can be read",
+            "a file of numerical frequencies, \"NUMERICAL FREQUENCY\" in columns 2 to 20");
   }
   from.rewind();
   std::string_view line;

@@ -14,7 +14,7 @@
 #include "text/layout.hpp"   // for layout
 #include "text/number.hpp"   // for to_real
 #include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for fail and stop
+#include "text/stop.hpp"         // for fail, fail_in, stop
 #include "text/words.hpp"        // for trim, number_of_words, word_of
 
 namespace vbn {
@@ -39,13 +39,13 @@ struct couplings {
 // the scales of the coupling by mode. An energy with fewer digits than a double holds counts as zero.
 void check_divisors(const input_file& file, const couplings& read) {
   if (!std::isnormal(read.e_vert)) {
-    fail({"the vertical energy of the coupling file is zero", file.name(), 0, "", 0,
-          "an energy difference of the two states, by which the couplings are scaled"});
+    fail_in(file.name(), "the vertical energy of the coupling file is zero",
+            "an energy difference of the two states, by which the couplings are scaled");
   }
   for (int i = 1; i <= read.natom(); ++i) {
     if (read.z(i) != 0.0) continue;
-    fail({"the nuclear charge of atom " + std::to_string(i) + " is zero", file.name(), 0, "", 0,
-          "a charge for each atom; leave out atoms without a nucleus"});
+    fail_in(file.name(), "the nuclear charge of atom " + std::to_string(i) + " is zero",
+            "a charge for each atom; leave out atoms without a nucleus");
   }
 }
 
@@ -178,8 +178,8 @@ double release(const qm_file& from) {
   }
   double release = 0.0;
   if (!to_real(number, release)) {
-    fail({"cannot read the version \"" + from.version.str() + "\" of the program", from.file.name(), 0, "", 0,
-          "a version such as V6.5 behind \"TURBOMOLE\", which decides the layout of the couplings"});
+    fail_in(from.file.name(), "cannot read the version \"" + from.version.str() + "\" of the program",
+            "a version such as V6.5 behind \"TURBOMOLE\", which decides the layout of the couplings");
   }
   return release;
 }
@@ -272,14 +272,14 @@ void qm_file_nacme(qm_file& file, int natom, array2<double>& nacme, array2<doubl
       for (int c = 1; c <= 3; ++c) read.tranele(c, i) = read.e_vert * read.nacme(c, i) / read.z(i);
     }
   } else {
-    fail({"a file of kind \"" + file.type.str() + "\" has no couplings that can be read", file.file.name(), 0,
-          "", 0, "an output of Gaussian, Molpro, NWChem or Turbomole"});
+    fail_in(file.file.name(), "a file of kind \"" + file.type.str() + "\" has no couplings that can be read",
+            "an output of Gaussian, Molpro, NWChem or Turbomole");
   }
   warn_if_cut(file.file);
   const auto finite = [](double r) { return std::isfinite(r); };
   if (!std::ranges::all_of(read.nacme.span(), finite) || !std::ranges::all_of(read.tranele.span(), finite)) {
-    fail({"the couplings are beyond the range of numbers", file.file.name(), 0, "", 0,
-          "energy, charges and couplings of a sound calculation"});
+    fail_in(file.file.name(), "the couplings are beyond the range of numbers",
+            "energy, charges and couplings of a sound calculation");
   }
   nacme = std::move(read.nacme);
   tranele = std::move(read.tranele);

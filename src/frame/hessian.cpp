@@ -11,7 +11,7 @@
 #include "readers/file_type.hpp"          // for open_qm_file
 #include "readers/gaussian_geometry.hpp"  // for fit_gaussian_coord
 #include "readers/qm_file.hpp"            // for qm_file_nat, qm_file_mass, qm_file_coord, qm_file_fc
-#include "text/stop.hpp"                  // for fail
+#include "text/stop.hpp"                  // for fail_in
 
 namespace vbn {
 
@@ -32,21 +32,22 @@ void check_numbers(const file_data& file, const atom_data& atoms, const array2<d
   for (int i = 1; i <= atoms.natom; ++i) {
     const std::string name = atoms.sym_num(i).str();
     if (!(atoms.mass(i) > 0.0) || !std::isfinite(atoms.mass(i))) {
-      fail({"atom " + name + " has no mass that is a number above zero", file.ffreq.str(), 0, "", 0,
-            "a mass in amu in the file, or an element whose mass is known"});
+      fail_in(file.ffreq.str(), "atom " + name + " has no mass that is a number above zero",
+              "a mass in amu in the file, or an element whose mass is known");
     }
     for (int a = 1; a <= 3; ++a) {
       if (!std::isfinite(atoms.x(a, i))) {
-        fail({"a coordinate of atom " + name + " is not a finite number", file.ffreq.str(), 0, "", 0,
-              "finite coordinates of every atom"});
+        fail_in(file.ffreq.str(), "a coordinate of atom " + name + " is not a finite number",
+                "finite coordinates of every atom");
       }
     }
   }
   for (int j = 1; j <= atoms.n3; ++j) {
     for (int i = 1; i <= atoms.n3; ++i) {
       if (!std::isfinite(fc(i, j))) {
-        fail({"force constant " + std::to_string(i) + ", " + std::to_string(j) + " is not a finite number",
-              file.fhess.str(), 0, "", 0, "finite force constants throughout"});
+        fail_in(file.fhess.str(),
+                "force constant " + std::to_string(i) + ", " + std::to_string(j) + " is not a finite number",
+                "finite force constants throughout");
       }
     }
   }
@@ -106,9 +107,10 @@ void get_hess(const file_data& file, atom_data& atoms, force_constants& force) {
 void get_isotope(const file_data& file, int n, const array1<double>& mass_atom,
                  const array1<double>& mass_type, atom_data& atoms, force_constants& force) {
   if (atoms.natom > n) {
-    fail({"the masses of single atoms reach atom " + std::to_string(n) + ", but the molecule has " +
-              std::to_string(atoms.natom) + " atoms",
-          file.ffreq.str(), 0, "", 0, "no more atoms than that in a run with if_isotope"});
+    fail_in(file.ffreq.str(),
+            "the masses of single atoms reach atom " + std::to_string(n) + ", but the molecule has " +
+                std::to_string(atoms.natom) + " atoms",
+            "no more atoms than that in a run with if_isotope");
   }
   const array1<double> mass_before = atoms.mass;
   for (int i = 1; i <= atoms.natom; ++i)

@@ -14,7 +14,7 @@
 #include "text/input_file.hpp"   // for input_file and read_free
 #include "text/layout.hpp"       // for layout
 #include "text/output_file.hpp"  // for tell
-#include "text/stop.hpp"         // for fail and stop
+#include "text/stop.hpp"         // for fail, stop
 
 namespace vbn {
 
@@ -248,7 +248,7 @@ void init(input_data& input) {
 
 void read_input(input_data& input) {
   if (input.finp.blank()) {
-    fail({"no input file is named", "", 0, "", 0, "its name on the command line, as in: vbn my.inp"});
+    fail({.what = "no input file is named", .expected = "its name on the command line, as in: vbn my.inp"});
   }
   const input_file file(input.finp.trimmed());
   group_scanner scanner(file.name(), file.content(), group_name);

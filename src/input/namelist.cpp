@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "text/number.hpp"  // for to_integer
-#include "text/stop.hpp"    // for fail and warn
+#include "text/stop.hpp"    // for fail, fail_in, warn
 #include "text/words.hpp"   // for is_letter
 
 namespace vbn {
@@ -48,8 +48,8 @@ group_scanner::group_scanner(std::string_view file, std::string_view content, st
     }
     ++at;
   }
-  fail({"no group &" + group_ + " in the input file", std::string(file_), 0, "", 0,
-        "a group that opens with &" + group_ + " and closes with a /"});
+  fail_in(file_, "no group &" + group_ + " in the input file",
+          "a group that opens with &" + group_ + " and closes with a /");
 }
 
 std::size_t group_scanner::after_line(std::size_t at) const {

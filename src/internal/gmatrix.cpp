@@ -9,7 +9,7 @@
 #include "linalg/eigen.hpp"   // for diag_symm, sort_vec_large
 #include "linalg/matmul.hpp"  // for matmul, transposed
 #include "text/layout.hpp"    // for layout
-#include "text/stop.hpp"      // for stop, fail, warn
+#include "text/stop.hpp"      // for fail, stop, warn
 
 namespace vbn {
 
@@ -83,9 +83,9 @@ double raised(double eigenvalue, double power) {
   if (power < 0.0 && eigenvalue > -rounding_below_zero && eigenvalue < 0.0) return 0.0;
   const double result = std::pow(eigenvalue, power);
   if (std::isnan(result))
-    fail({"a matrix over the internal coordinates has the eigenvalue " + std::to_string(eigenvalue) +
-              ", of which there is no power " + std::to_string(power),
-          "", 0, "", 0, "coordinates that span the vibrations, or set_cart = t for none"});
+    fail({.what = "a matrix over the internal coordinates has the eigenvalue " + std::to_string(eigenvalue) +
+                  ", of which there is no power " + std::to_string(power),
+          .expected = "coordinates that span the vibrations, or set_cart = t for none"});
   return result;
 }
 

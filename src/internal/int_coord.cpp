@@ -11,7 +11,7 @@
 #include "linalg/vector3.hpp"        // for vector3
 #include "text/layout.hpp"           // for layout
 #include "text/output_file.hpp"      // for tell_free, tell
-#include "text/stop.hpp"             // for stop, fail, warn
+#include "text/stop.hpp"             // for fail_in, stop, warn
 
 namespace vbn {
 
@@ -194,8 +194,9 @@ void refuse_coincident_atoms(const array2<double>& x, const std::string& ffreq) 
   for (int i = 1; i < x.cols(); ++i)
     for (int j = i + 1; j <= x.cols(); ++j)
       if (x(1, i) == x(1, j) && x(2, i) == x(2, j) && x(3, i) == x(3, j))
-        fail({"atoms " + std::to_string(i) + " and " + std::to_string(j) + " stand at the same place", ffreq,
-              0, "", 0, "atoms apart from each other, or set_cart = t"});
+        fail_in(ffreq,
+                "atoms " + std::to_string(i) + " and " + std::to_string(j) + " stand at the same place",
+                "atoms apart from each other, or set_cart = t");
 }
 
 // Impropers are in use where a single atom has more than one neighbour.

@@ -11,7 +11,7 @@
 #include "readers/scan.hpp"      // for search_word_free
 #include "text/fixed_text.hpp"   // for text
 #include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for fail, exit_run, warn
+#include "text/stop.hpp"         // for fail, fail_in, exit_run, warn
 #include "text/words.hpp"        // for word_of, name_main
 
 namespace vbn {
@@ -50,8 +50,8 @@ void check_size(std::string_view fhess, int natom) {
   const std::uintmax_t size = std::filesystem::file_size(fhess, none);
   const std::uintmax_t n3 = 3 * static_cast<std::uintmax_t>(natom);
   if (n3 * (n3 + 1) > size) {  // half a symmetric matrix, a digit and a blank a number
-    fail({"the file is too short for the force constants of " + std::to_string(natom) + " atoms",
-          std::string(fhess), 0, "", 0, std::to_string(n3 * (n3 + 1) / 2) + " force constants"});
+    fail_in(fhess, "the file is too short for the force constants of " + std::to_string(natom) + " atoms",
+            std::to_string(n3 * (n3 + 1) / 2) + " force constants");
   }
 }
 
@@ -83,8 +83,8 @@ void warn_no_atoms(const qm_file& file, bool ifoniom) {
 
 void get_na(states& state) {
   if (state.file.ffreq.blank()) {
-    fail({"no frequency file is named for one of the two states", "", 0, "", 0,
-          "ffreq(1) and ffreq(2) in the group &vbn"});
+    fail({.what = "no frequency file is named for one of the two states",
+          .expected = "ffreq(1) and ffreq(2) in the group &vbn"});
   }
   qm_file file = open_qm_file(state.file.ffreq.trimmed());
   state.file.ffreq_type = file.type;

@@ -11,7 +11,7 @@
 #include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number
 #include "text/number.hpp"       // for shortest
 #include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for fail, stop, warn
+#include "text/stop.hpp"         // for fail, fail_in, stop, warn
 #include "text/words.hpp"        // for adjustl
 
 namespace vbn {
@@ -137,8 +137,7 @@ void molpro_nat(input_file& file, array1<int>& nat) {
     to_frequency_table(file);
     symbol_rows(file, 2, nat, symbol_letters, charge_word);
     const std::string wrong = wrong_mass(file, nat);
-    if (!wrong.empty())
-      fail({wrong, file.name(), 0, "", 0, "masses in the order of the table \"Nr  Atom  Charge\""});
+    if (!wrong.empty()) fail_in(file.name(), wrong, "masses in the order of the table \"Nr  Atom  Charge\"");
     return;
   }
   file.rewind();

@@ -7,7 +7,7 @@
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
 #include "readers/scan.hpp"      // for search_word_free, search_word_free_last
-#include "text/stop.hpp"         // for fail
+#include "text/stop.hpp"         // for fail_in
 
 namespace vbn {
 
@@ -70,8 +70,8 @@ void nwchem_fc(input_file& file, int natom, array2<double>& fc) {
   array1<double> sqtmass(3 * natom);
   for (int i = 1; i <= natom; ++i) {
     if (mass(i) <= 0.0) {
-      fail({"no mass is known for the element of atom " + std::to_string(i), file.name(), 0, "", 0,
-            "an element with a mass, since the force constants in the file are weighted with the masses"});
+      fail_in(file.name(), "no mass is known for the element of atom " + std::to_string(i),
+              "an element with a mass, since the force constants in the file are weighted with the masses");
     }
     for (int c = 1; c <= 3; ++c) sqtmass(3 * (i - 1) + c) = std::sqrt(mass(i));
   }

@@ -7,7 +7,7 @@
 
 #include "readers/programs.hpp"  // for the readers
 #include "readers/rows.hpp"      // for check_natom and warn_if_cut
-#include "text/stop.hpp"         // for fail
+#include "text/stop.hpp"         // for fail_in
 
 namespace vbn {
 
@@ -49,9 +49,9 @@ kind_readers readers_of(qm_file& file) {
 
 [[noreturn]] void fail_kind(const qm_file& file, std::string_view what) {
   const std::string kind = file.type.blank() ? "a file of unknown kind" : "a " + file.type.str() + " file";
-  fail({"cannot read " + std::string(what) + " from " + kind, file.file.name(), 0, "", 0,
-        "an output of ChemShell, Gaussian (the log, with its .fchk file beside it), Molpro, NWChem or "
-        "Turbomole, or a file of numerical frequencies"});
+  fail_in(file.file.name(), "cannot read " + std::string(what) + " from " + kind,
+          "an output of ChemShell, Gaussian (the log, with its .fchk file beside it), Molpro, NWChem or "
+          "Turbomole, or a file of numerical frequencies");
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 #include "text/layout.hpp"         // for layout
 #include "text/number.hpp"         // for to_integer
 #include "text/output_file.hpp"    // for tell
-#include "text/stop.hpp"           // for fail, stop and warn
+#include "text/stop.hpp"           // for fail, fail_in, stop, warn
 #include "text/words.hpp"          // for word_of, is_number, is_letter, lowercase
 
 namespace vbn {
@@ -63,8 +63,8 @@ void check_natom(const input_file& file, int natom) {
     stop();
   }
   if (static_cast<std::size_t>(natom) > file.content().size() / bytes_per_atom) {
-    fail({"the file is too short for " + std::to_string(natom) + " atoms", file.name(), 0, "", 0,
-          "a line for every atom; the number of atoms in the file may be wrong"});
+    fail_in(file.name(), "the file is too short for " + std::to_string(natom) + " atoms",
+            "a line for every atom; the number of atoms in the file may be wrong");
   }
 }
 
@@ -75,8 +75,8 @@ void warn_if_cut(const input_file& file) {
 }
 
 void fail_missing(const input_file& file, std::string_view what, std::string_view marker) {
-  fail({"cannot find " + std::string(what), file.name(), 0, "", 0,
-        std::string(marker) + "; the file may be incomplete, or of a job that does not print it"});
+  fail_in(file.name(), "cannot find " + std::string(what),
+          std::string(marker) + "; the file may be incomplete, or of a job that does not print it");
 }
 
 void tell_and_stop(std::initializer_list<std::string_view> lines) {
@@ -167,8 +167,9 @@ array2<double> force_constant_matrix(const input_file& file, int natom) {
   const std::int64_t n3 = 3 * static_cast<std::int64_t>(natom);
   // Half a symmetric matrix, a digit and a blank a number.
   if (n3 * (n3 + 1) > static_cast<std::int64_t>(file.content().size())) {
-    fail({"the file is too short for the force constants of " + std::to_string(natom) + " atoms", file.name(),
-          0, "", 0, std::to_string(n3 * (n3 + 1) / 2) + " force constants; the file may be incomplete"});
+    fail_in(file.name(),
+            "the file is too short for the force constants of " + std::to_string(natom) + " atoms",
+            std::to_string(n3 * (n3 + 1) / 2) + " force constants; the file may be incomplete");
   }
   return {static_cast<int>(n3), static_cast<int>(n3)};
 }

@@ -35,7 +35,7 @@ input_file::input_file(std::string_view name) {
   std::string why;
   std::optional<input_file> opened = open(name, why);
   if (!opened) {
-    fail({"cannot read the file: " + why, std::string(trim(name)), 0, "", 0, "a text file that can be read"});
+    fail_in(trim(name), "cannot read the file: " + why, "a text file that can be read");
   }
   *this = std::move(*opened);
 }
@@ -172,7 +172,7 @@ void input_file::read_fixed(const layout& columns, std::span<double> numbers, st
 }
 
 fault input_file::here(std::string what, std::string expected) const {
-  fault f{std::move(what), name_, 0, "", 0, std::move(expected)};
+  fault f{.what = std::move(what), .file = name_, .expected = std::move(expected)};
   f.line = line_number();
   if (f.line > 0) {
     const std::size_t end = content()[pos_ - 1] == '\n' ? pos_ - 1 : pos_;

@@ -8,7 +8,7 @@
 
 #include "text/layout.hpp"  // for layout, value
 #include "text/number.hpp"  // for shortest
-#include "text/stop.hpp"    // for fail
+#include "text/stop.hpp"    // for fail_in
 #include "text/words.hpp"   // for trim
 
 namespace vbn {
@@ -18,8 +18,8 @@ namespace {
 constexpr std::size_t flush_size = 1 << 18;  // bytes held back before they are written
 
 [[noreturn]] void cannot_write(const std::string& name, int error) {
-  fail({std::string("cannot write the file: ") + std::strerror(error), name, 0, "", 0,
-        "a folder that can be written to, with room for the results"});
+  fail_in(name, std::string("cannot write the file: ") + std::strerror(error),
+          "a folder that can be written to, with room for the results");
 }
 
 void put_free_form(std::string& out, std::initializer_list<value> values) {

@@ -51,6 +51,10 @@ std::string fault_message(const fault& f) {
 
 void fail(const fault& f) { throw run_end{1, fault_message(f)}; }
 
+void fail_in(std::string_view file, std::string_view what, std::string_view expected) {
+  fail({.what = std::string(what), .file = std::string(file), .expected = std::string(expected)});
+}
+
 void warn(std::string_view text) {
   const std::string line = "warning: " + std::string(text) + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);

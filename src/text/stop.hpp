@@ -37,6 +37,8 @@ std::string fault_message(const fault& f);
 
 // Ends the run with the message of the fault on the error stream, exit status 1.
 [[noreturn]] void fail(const fault& f);
+// The same for a fault of a file as a whole, at none of its lines.
+[[noreturn]] void fail_in(std::string_view file, std::string_view what, std::string_view expected);
 
 // One line "warning: ..." on the error stream. The run goes on; no file and no status changes.
 void warn(std::string_view text);
