@@ -36,13 +36,11 @@ std::string numerical_frequency_file(int natom) {
 
 void read_force_constants(benchmark::State& run) {
   const int natom = static_cast<int>(run.range(0));
-  vbn::qm_file file{vbn::input_file::from_memory("bench", numerical_frequency_file(natom)), "NUMFORCE", "",
-                    3};
+  vbn::qm_file file{vbn::input_file::from_memory("bench", numerical_frequency_file(natom)),
+                    vbn::file_kind::numforce};
   for (auto _ : run) {
     file.file.rewind();
-    vbn::array2<double> fc;
-    int info = 0;
-    vbn::qm_file_fc(file, natom, fc, info);
+    const vbn::array2<double> fc = vbn::qm_file_fc(file, natom);
     benchmark::DoNotOptimize(fc.data());
   }
 }

@@ -25,30 +25,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   qm_file file =
       open_qm_file(input_file::from_memory("fuzz", std::string(reinterpret_cast<const char*>(data), size)));
   int natom = 0;
-  int info = 0;
-  attempt([&] { qm_file_natom(file, natom, info); });
+  attempt([&] { natom = qm_file_natom(file).value_or(0); });
+  attempt([&] { qm_file_nat(file, natom); });
+  attempt([&] { qm_file_mass(file, natom); });
+  attempt([&] { qm_file_coord(file, natom); });
+  attempt([&] { qm_file_fc(file, natom); });
   attempt([&] {
-    array1<int> nat;
-    qm_file_nat(file, natom, nat, info);
-  });
-  attempt([&] {
-    array1<double> mass;
-    qm_file_mass(file, natom, mass, info);
-  });
-  attempt([&] {
-    array2<double> x;
-    qm_file_coord(file, natom, x, info);
-  });
-  attempt([&] {
-    array2<double> fc;
-    qm_file_fc(file, natom, fc, info);
-  });
-  attempt([&] {
-    int nqm = 0;
-    int nqmmm = 0;
-    qm_file_natom_oniom_qm(file, nqm, nqmmm, info);
-    array1<int> idx(nqm);
-    if (info == 0) qm_file_oniom_index(file, nqm, nqmmm, idx, info);
+    const oniom_count count = qm_file_natom_oniom_qm(file);
+    if (count.nqm > 0) qm_file_oniom_index(file, count.nqm, count.nqmmm);
   });
   return 0;
 }

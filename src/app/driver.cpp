@@ -2,6 +2,7 @@
 #include "app/driver.hpp"  // for run_stages
 
 #include <string>
+#include <utility>
 
 #include "app/stage_clock.hpp"             // for stage_clock
 #include "checks/plausibility.hpp"         // for warn_of_files, warn_of_modes
@@ -29,6 +30,7 @@
 #include "output/mode_data.hpp"            // for write_vbn, write_vbn_int
 #include "output/viewer_files.hpp"         // for write_file_coord
 #include "readers/atom_count.hpp"          // for get_na, get_oniom_index
+#include "readers/file_type.hpp"           // for qm_file
 #include "symmetry/classification.hpp"     // for get_point_group, print_point_group
 #include "symmetry/enforcement.hpp"        // for get_enforce_symm
 #include "text/fixed_text.hpp"             // for text
@@ -76,11 +78,16 @@ void require_equal_sizes(const run_data& run) {
 
 // File kinds, atoms, geometries, force constants, and the frequencies before any projection.
 void read_states(run_data& run) {
-  for (states& it : run.state) get_na(it);
+  states& one = run.state(1);
+  states& two = run.state(2);
+  qm_file files[] = {get_na(one.file, one.atoms), get_na(two.file, two.atoms)};
   require_equal_sizes(run);
-  for (states& it : run.state) get_oniom_index(it);
-  for (states& it : run.state) {
-    get_hess(it.file, it.atoms, it.force);
+  for (int k = 1; k <= 2; ++k) {
+    get_oniom_index(files[k - 1], run.state(k).atoms.natom, run.state(k).file);
+  }
+  for (int k = 1; k <= 2; ++k) {
+    states& it = run.state(k);
+    get_hess(std::move(files[k - 1]), it.file, it.atoms, it.force);
     it.modes.freq0 = frequencies_of(it.force.fcm());
   }
   warn_of_files(run.state);
@@ -104,11 +111,11 @@ void read_couplings(run_data& run) {
   input_data& input = run.input;
   array1<states>& state = run.state;
   if (input.do_nacme) {
-    for (states& it : state) get_nacme(it);
+    get_nacme(state.span());
     choose_state(state(1).couplings.ifnac, state(2).couplings.ifnac, input.fnacme, input.proj_nacme);
   }
   if (input.do_tdipd) {
-    for (states& it : state) get_tdipd(it);
+    get_tdipd(state.span());
     choose_state(state(1).dipole.ifdip, state(2).dipole.ifdip, input.ftdipd, input.proj_tdipd);
   }
 }

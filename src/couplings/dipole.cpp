@@ -8,12 +8,10 @@
 #include "couplings/same_molecule.hpp"  // for same_count, same_masses and distance
 #include "frame/inertial.hpp"           // for inertm, inertmv2_ref and warn_of_dipole_turn
 #include "readers/file_type.hpp"        // for open_qm_file
-#include "readers/qm_file.hpp"          // for qm_file_mass, qm_file_coord
-#include "readers/rows.hpp"             // for the rows of the tables
-#include "readers/scan.hpp"             // for search_word_free
+#include "readers/qm_file.hpp"          // for qm_file_natom, qm_file_mass, qm_file_coord, qm_file_tdipd
 #include "text/layout.hpp"              // for layout
 #include "text/output_file.hpp"         // for output_file
-#include "text/stop.hpp"                // for fail_in, stop
+#include "text/stop.hpp"                // for stop
 #include "text/words.hpp"               // for trim
 
 namespace vbn {
@@ -22,57 +20,35 @@ namespace {
 
 constexpr int first_vib = 7;  // position of the first vibration
 
-bool geometry_matches(const states& state) {
-  array2<double> x1 = state.atoms.x;
-  array2<double> x2 = state.dipole.x_dip;
-  array3<double> v2 = state.dipole.tdipd_x;
-  array1<double> v0 = state.dipole.dip0;
-  inertm(state.atoms.mass, x1);
-  inertmv2_ref(state.atoms.mass, x1, x2, v0.span(), v2.span());
+bool geometry_matches(const dipole_data& dipole, const atom_data& atoms) {
+  array2<double> x1 = atoms.x;
+  array2<double> x2 = dipole.x_dip;
+  array3<double> v2 = dipole.tdipd_x;
+  array1<double> v0 = dipole.dip0;
+  inertm(atoms.mass, x1);
+  inertmv2_ref(atoms.mass, x1, x2, v0.span(), v2.span());
   return distance(x1, x2) < same_geometry;
 }
 
 }  // namespace
 
-void qm_file_tdipd(qm_file& file, int natom, array1<double>& dip0, array3<double>& tdipd_x, int& info) {
-  check_natom(file.file, natom);
-  info = -1;
-  input_file& from = file.file;
-  if (file.type != "NUMFORCE") {
-    fail_in(from.name(),
-            "a file of kind \"" + file.type.str() + "\" has no dipole derivatives that can be read",
-            "a file of numerical frequencies, \"NUMERICAL FREQUENCY\" in columns 2 to 20");
-  }
-  from.rewind();
-  std::string_view line;
-  if (!search_word_free(from, "Transition dipole moment derivative (Atomic unit)", line)) {
-    fail_missing(from, "the dipole derivatives", "\"Transition dipole moment derivative (Atomic unit)\"");
-  }
-  const std::string expected = "four words, then the dipole components x, y and z";
-  const int words = 4;
-  dip0 = array1<double>(3);
-  tdipd_x = array3<double>(3, 3, natom);
-  row_numbers(from, next_row(from, expected), words, dip0.span(), expected);
-  for (std::size_t row = 0; row < 3 * static_cast<std::size_t>(natom); ++row) {
-    row_numbers(from, next_row(from, expected), words, tdipd_x.span().subspan(3 * row, 3), expected);
-  }
-  warn_if_cut(from);
-  info = 0;
-}
+void get_tdipd(std::span<states> state) {
+  dipole_data read;
+  read.ftdipd = state.front().dipole.ftdipd;
+  qm_file file = open_qm_file(read.ftdipd.trimmed());
+  const int natom = qm_file_natom(file).value_or(0);
+  if (!same_count(state.front(), file, natom)) stop();
 
-void get_tdipd(states& state) {
-  qm_file file = open_qm_file(state.dipole.ftdipd.trimmed());
-  int natom = 0;
-  int info = 0;
-  qm_file_natom(file, natom, info);
-  if (!same_count(state, file, natom)) stop();
-
-  array1<double> mass;
-  qm_file_mass(file, natom, mass, info);
-  qm_file_coord(file, natom, state.dipole.x_dip, info);
-  qm_file_tdipd(file, natom, state.dipole.dip0, state.dipole.tdipd_x, info);
-  if (!same_masses(state, file, mass)) stop();
-  state.dipole.ifdip = geometry_matches(state);
+  const array1<double> mass = qm_file_mass(file, natom);
+  read.x_dip = qm_file_coord(file, natom);
+  file_dipole dipole = qm_file_tdipd(file, natom);
+  read.dip0 = std::move(dipole.dip0);
+  read.tdipd_x = std::move(dipole.tdipd_x);
+  for (states& it : state) {
+    it.dipole = read;
+    if (!same_masses(it, file, mass)) stop();
+    it.dipole.ifdip = geometry_matches(it.dipole, it.atoms);
+  }
 }
 
 array2<double> proj_dip(const dipole_data& dipole, const atom_data& atoms, const array2<double>& cm) {

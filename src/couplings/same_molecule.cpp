@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "readers/qm_file.hpp"   // for name_of
 #include "text/layout.hpp"       // for layout
 #include "text/output_file.hpp"  // for tell
 #include "text/stop.hpp"         // for warn
@@ -26,8 +27,8 @@ bool same_count(const states& state, const qm_file& file, int count) {
   if (count == state.atoms.natom) return true;
   if (count < 1) {
     warn("no atoms found in " + file.file.name() +
-         (file.type.blank() ? ": no program is known that writes such a file"
-                            : ", which is read as a " + file.type.str() + " file"));
+         (file.kind == file_kind::unknown ? ": no program is known that writes such a file"
+                                          : ", which is read as a " + name_of(file.kind) + " file"));
   }
   tell(other_count, {state.file.ffreq.trimmed(), file.file.name()});
   tell(both_counts, {state.atoms.natom, count});

@@ -74,19 +74,17 @@ void keep_high_layer(const file_data& file, atom_data& atoms, array2<double>& fc
 }
 
 // Atoms and geometry, and as the result the force constants, of the analysed atoms.
-array2<double> read_files(const file_data& file, atom_data& atoms) {
+array2<double> read_files(qm_file freq_file, const file_data& file, atom_data& atoms) {
   const int n1 = file.ifoniom ? file.nqmmm : atoms.natom;
+  atoms.nat = qm_file_nat(freq_file, n1);
+  atoms.mass = qm_file_mass(freq_file, n1);
+  atoms.x = qm_file_coord(freq_file, n1);
   array2<double> fc;
-  int info = 0;
-  qm_file freq_file = open_qm_file(file.ffreq.trimmed());
-  qm_file_nat(freq_file, n1, atoms.nat, info);
-  qm_file_mass(freq_file, n1, atoms.mass, info);
-  qm_file_coord(freq_file, n1, atoms.x, info);
   if (file.fhess == file.ffreq) {
-    qm_file_fc(freq_file, n1, fc, info);
+    fc = qm_file_fc(freq_file, n1);
   } else {
     qm_file hess_file = open_qm_file(file.fhess.trimmed());
-    qm_file_fc(hess_file, n1, fc, info);
+    fc = qm_file_fc(hess_file, n1);
     fit_gaussian_coord(freq_file, hess_file, fc, atoms.x);
   }
   if (file.ifoniom) keep_high_layer(file, atoms, fc);
@@ -95,8 +93,8 @@ array2<double> read_files(const file_data& file, atom_data& atoms) {
 
 }  // namespace
 
-void get_hess(const file_data& file, atom_data& atoms, force_constants& force) {
-  array2<double> fc = read_files(file, atoms);
+void get_hess(qm_file freq_file, const file_data& file, atom_data& atoms, force_constants& force) {
+  array2<double> fc = read_files(std::move(freq_file), file, atoms);
   atoms.symbol = nat_to_symbol(atoms.nat);
   atoms.sym_num = get_sym_num(atoms.symbol);
   check_numbers(file, atoms, fc);

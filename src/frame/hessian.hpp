@@ -1,15 +1,16 @@
 // The Hessian of a state: from the frequency file to the record, isotopes and frequencies.
 #pragma once
 
-#include "linalg/array.hpp"     // for array1, array2
-#include "molecule/record.hpp"  // for file_data, atom_data, force_constants, normal_modes
+#include "linalg/array.hpp"       // for array1, array2
+#include "molecule/record.hpp"    // for file_data, atom_data, force_constants, normal_modes
+#include "readers/file_type.hpp"  // for qm_file
 
 namespace vbn {
 
-// Reads atoms, masses and geometry from `ffreq` and the force constants from `fhess`, of an ONIOM run those
-// of the atoms `iqm`; bohr, amu, hartree/bohr^2. Stops the run: what the readers stop for; a mass that is not
-// positive; a number that is not finite.
-void get_hess(const file_data& file, atom_data& atoms, force_constants& force);
+// Reads atoms, masses and geometry from `freq_file`, the frequency file as `get_na` opened it, and the force
+// constants from `fhess`, of an ONIOM run those of the atoms `iqm`; bohr, amu, hartree/bohr^2. Stops the run:
+// what the readers stop for; a mass that is not positive; a number that is not finite.
+void get_hess(qm_file freq_file, const file_data& file, atom_data& atoms, force_constants& force);
 
 // Replaces masses: atom i takes mass_atom(i), then every atom of element k takes mass_type(k), so that the
 // mass of an element overrides that of an atom (amu; an entry that is not positive changes nothing). Where a

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "readers/qm_file.hpp"   // for qm_file_natom
+#include "readers/qm_file.hpp"   // for qm_file_natom, name_of
 #include "readers/rows.hpp"      // for check_natom, next_row
 #include "readers/scan.hpp"      // for search_word_free
 #include "text/fixed_text.hpp"   // for text
@@ -74,80 +74,73 @@ text<200> checkpoint_of(std::string_view ffreq) {
 // Says on the error stream which file it is that the stop for a count below 1 speaks of.
 void warn_no_atoms(const qm_file& file, bool ifoniom) {
   warn("no number of atoms found in " + file.file.name() +
-       (file.type.blank() ? ": no program is known that writes such a file"
-        : ifoniom         ? ": it holds the word \"oniom\", but no atoms of layer \"H\" behind \"Charge =\""
-                          : ", which is read as a " + file.type.str() + " file"));
+       (file.kind == file_kind::unknown ? ": no program is known that writes such a file"
+        : ifoniom ? ": it holds the word \"oniom\", but no atoms of layer \"H\" behind \"Charge =\""
+                  : ", which is read as a " + name_of(file.kind) + " file"));
 }
 
 }  // namespace
 
-void get_na(states& state) {
-  if (state.file.ffreq.blank()) {
+qm_file get_na(file_data& data, atom_data& atoms) {
+  if (data.ffreq.blank()) {
     fail({.what = "no frequency file is named for one of the two states",
           .expected = "ffreq(1) and ffreq(2) in the group &vbn"});
   }
-  qm_file file = open_qm_file(state.file.ffreq.trimmed());
-  state.file.ffreq_type = file.type;
-  state.file.ffreq_version = file.version;
-  state.file.fhess = state.file.ffreq;
-  if (file.type == "GAUSSIAN LOG") {
-    state.file.fhess = checkpoint_of(state.file.ffreq.trimmed());
+  qm_file file = open_qm_file(data.ffreq.trimmed());
+  data.ffreq_type = name_of(file.kind);
+  data.ffreq_version = file.version;
+  data.fhess = data.ffreq;
+  if (file.kind == file_kind::gaussian_log) {
+    data.fhess = checkpoint_of(data.ffreq.trimmed());
     std::string_view line;
     file.file.rewind();
-    if (search_word_free(file.file, "oniom", line, oniom_width)) state.file.ifoniom = true;
+    data.ifoniom = search_word_free(file.file, "oniom", line, oniom_width);
   }
-  int info = 0;
-  if (state.file.ifoniom) {
-    qm_file_natom_oniom_qm(file, state.atoms.natom, state.file.nqmmm, info);
+  if (data.ifoniom) {
+    const oniom_count count = qm_file_natom_oniom_qm(file);
+    atoms.natom = count.nqm;
+    data.nqmmm = count.nqmmm;
   } else {
-    qm_file_natom(file, state.atoms.natom, info);
+    atoms.natom = qm_file_natom(file).value_or(0);
   }
-  if (state.atoms.natom < 1) warn_no_atoms(file, state.file.ifoniom);
-  check_natom(file.file, state.atoms.natom);
-  check_size(state.file.fhess.trimmed(), state.file.ifoniom ? state.file.nqmmm : state.atoms.natom);
-  state.atoms.n3 = 3 * state.atoms.natom;
+  if (atoms.natom < 1) warn_no_atoms(file, data.ifoniom);
+  check_natom(file.file, atoms.natom);
+  check_size(data.fhess.trimmed(), data.ifoniom ? data.nqmmm : atoms.natom);
+  atoms.n3 = 3 * atoms.natom;
+  return file;
 }
 
-void get_oniom_index(states& state) {
-  if (!state.file.ifoniom) return;
-  qm_file file = open_qm_file(state.file.ffreq.trimmed());
-  int info = 0;
-  get_oniom_index1(file, state.atoms.natom, state.file.nqmmm, state.file.iqm, state.file.iqm3, info);
+void get_oniom_index(qm_file& file, int natom, file_data& data) {
+  if (data.ifoniom) get_oniom_index1(file, natom, data.nqmmm, data.iqm, data.iqm3);
 }
 
-void get_oniom_index1(qm_file& file, int nqm, int nqmmm, array1<int>& iqm, array1<int>& iqm3, int& info) {
-  qm_file_oniom_index(file, nqm, nqmmm, iqm, info);
-  if (info != 0) return;
+void get_oniom_index1(qm_file& file, int nqm, int nqmmm, array1<int>& iqm, array1<int>& iqm3) {
+  iqm = qm_file_oniom_index(file, nqm, nqmmm);
   iqm3 = array1<int>(3 * nqm);
   for (int i = 1; i <= nqm; ++i) {
     for (int c = 1; c <= 3; ++c) iqm3(3 * (i - 1) + c) = 3 * (iqm(i) - 1) + c;
   }
 }
 
-void qm_file_natom_oniom_qm(qm_file& file, int& nqm, int& nqmmm, int& info) {
-  nqm = 0;
-  nqmmm = 0;
-  info = -1;
-  if (file.type != "GAUSSIAN LOG") return;
-  qm_file_natom(file, nqmmm, info);
-  if (info != 0) return;
-  info = -1;
-  if (!first_atom_of_layers(file.file)) return;
-  for (int i = 1; i <= nqmmm; ++i) {
-    if (next_layer(file.file) == high_layer) ++nqm;
+oniom_count qm_file_natom_oniom_qm(qm_file& file) {
+  oniom_count count;
+  if (file.kind != file_kind::gaussian_log) return count;
+  count.nqmmm = qm_file_natom(file).value_or(0);
+  if (!first_atom_of_layers(file.file)) return count;
+  for (int i = 1; i <= count.nqmmm; ++i) {
+    if (next_layer(file.file) == high_layer) ++count.nqm;
   }
-  info = 0;
+  return count;
 }
 
-void qm_file_oniom_index(qm_file& file, int nqm, int nqmmm, array1<int>& idx, int& info) {
-  info = -1;
-  if (file.type != "GAUSSIAN LOG" || !first_atom_of_layers(file.file)) return;
-  idx = array1<int>(nqm);
+array1<int> qm_file_oniom_index(qm_file& file, int nqm, int nqmmm) {
+  array1<int> idx(nqm);
   int n = 0;
+  first_atom_of_layers(file.file);
   for (int i = 1; i <= nqmmm && n < nqm; ++i) {
     if (next_layer(file.file) == high_layer) idx(++n) = i;
   }
-  info = 0;
+  return idx;
 }
 
 }  // namespace vbn

@@ -3,13 +3,15 @@
 #include <span>
 #include <string>
 
-#include "readers/programs.hpp"  // for the routines
-#include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for search_word, search_word_free, search_word_first_number
-#include "text/layout.hpp"       // for layout
-#include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for stop, fail, warn
-#include "text/words.hpp"        // for trim, word_of, is_number
+#include "readers/isotope_table.hpp"  // for weights_or_isotope_table_mass
+#include "readers/programs.hpp"       // for the routines
+#include "readers/rows.hpp"           // for the rows of the tables
+#include "readers/scan.hpp"           // for search_word, search_word_free, search_word_first_number
+#include "readers/triangle.hpp"       // for force_constant_matrix, mirror_upper
+#include "text/layout.hpp"            // for layout
+#include "text/output_file.hpp"       // for tell_free
+#include "text/stop.hpp"              // for stop, fail, warn
+#include "text/words.hpp"             // for trim, word_of, is_number
 
 namespace vbn {
 
@@ -27,11 +29,11 @@ bool first_atom(input_file& file, std::string_view& line) {
 
 }  // namespace
 
-bool chemshell_natom(input_file& file, int& natom) {
+std::optional<int> chemshell_natom(input_file& file) {
   std::string_view line;
-  if (!first_atom(file, line)) return false;
-  for (natom = 1; file.read_line(line); ++natom) {
-    if (!is_number(word_of(line, 1))) return true;
+  if (!first_atom(file, line)) return std::nullopt;
+  for (int natom = 1; file.read_line(line); ++natom) {
+    if (!is_number(word_of(line, 1))) return natom;
   }
   fail(file.here("the file ends inside the table of atoms", "a line behind its last row"));
 }
@@ -45,13 +47,13 @@ void chemshell_nat(input_file& file, array1<int>& nat) {
 
 void chemshell_mass(input_file& file, array1<double>& mass) {
   std::string_view line;
-  const bool listed = search_word(file, 11, 24, "atomic weights", line);
+  const bool listed = search_word(file, 11, "atomic weights", line);
   weights_or_isotope_table_mass(file, listed, "atomic weights", mass);
 }
 
 void chemshell_coord(input_file& file, array2<double>& x) {
   std::string_view line;
-  if (!search_word(file, 32, 48, "Input Coordinates", line)) {
+  if (!search_word(file, 32, "Input Coordinates", line)) {
     tell_and_stop({"Error!", "Can not find coordinate in ChemShell output file, stop!"});
   }
   skip_rows(file, 2, "the coordinates");
@@ -59,17 +61,17 @@ void chemshell_coord(input_file& file, array2<double>& x) {
 }
 
 // A full square in blocks of nine columns, of which the lower triangle is taken.
-void chemshell_fc(input_file& file, int natom, array2<double>& fc) {
+array2<double> chemshell_fc(input_file& file, int natom) {
   static const layout row("(20X,9F12.8)");
   constexpr std::string_view expected = "a row of up to nine force constants from column 21 on";
   std::string_view line;
-  if (!search_word(file, 23, 53, "cartesian force constant matrix", line)) {
+  if (!search_word(file, 23, "cartesian force constant matrix", line)) {
     warn(file.name() + " has no force constants; give the output of a ChemShell force calculation");
     tell_free({"No force matrix information found"});
     stop();
   }
   skip_rows(file, 1, "the force constants");
-  fc = force_constant_matrix(file, natom);
+  array2<double> fc = force_constant_matrix(file, natom);
   const int n3 = fc.rows();
   for (int kb = 1; kb <= n3; kb += block_columns) {
     const int ke = std::min(kb + block_columns - 1, n3);
@@ -83,10 +85,11 @@ void chemshell_fc(input_file& file, int natom, array2<double>& fc) {
           !read_fixed(line, row, std::span(numbers).first(static_cast<std::size_t>(ke - kb + 1)))) {
         fail(file.here("cannot read the line", std::string(expected)));
       }
-      for (int k = kb; k < kb + wanted; ++k) fc(j, k) = numbers[k - kb];
+      for (int k = kb; k < kb + wanted; ++k) fc(k, j) = numbers[k - kb];
     }
   }
-  mirror_lower(fc);
+  mirror_upper(fc);
+  return fc;
 }
 
 }  // namespace vbn

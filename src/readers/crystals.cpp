@@ -18,26 +18,24 @@ int integer_from(const input_file& file, std::string_view line, std::size_t colu
 
 }  // namespace
 
-bool cif_natom(input_file& file, int& natom) {
+std::optional<int> cif_natom(input_file& file) {
   std::string_view line;
-  if (!search_word_free(file, "_atom_site_occupancy", line) || !file.read_line(line)) return false;
-  for (natom = 0; file.read_line(line) && trim(line) != "loop_"; ++natom) {
-  }
-  return true;
+  if (!search_word_free(file, "_atom_site_occupancy", line) || !file.read_line(line)) return std::nullopt;
+  int natom = 0;
+  while (file.read_line(line) && trim(line) != "loop_") ++natom;
+  return natom;
 }
 
-bool pwout_natom(input_file& file, int& natom) {
+std::optional<int> pwout_natom(input_file& file) {
   std::string_view line;
-  if (!search_word_free(file, "number of atoms", line)) return false;
-  natom = integer_from(file, line, 34, "the number of atoms from column 34 on");
-  return true;
+  if (!search_word_free(file, "number of atoms", line)) return std::nullopt;
+  return integer_from(file, line, 34, "the number of atoms from column 34 on");
 }
 
-bool vasp_natom(input_file& file, int& natom) {
+std::optional<int> vasp_natom(input_file& file) {
   std::string_view line;
-  if (!search_word_free(file, "number of ions", line)) return false;
-  natom = integer_from(file, line, 67, "the number of ions from column 67 on");
-  return true;
+  if (!search_word_free(file, "number of ions", line)) return std::nullopt;
+  return integer_from(file, line, 67, "the number of ions from column 67 on");
 }
 
 void vasp_coord(input_file& file, array2<double>& x) {

@@ -18,13 +18,19 @@ std::string_view behind(std::string_view word, std::size_t n) {
   return word.substr(std::min(n, word.size()));
 }
 
-// The marker and star line of a Gaussian log. True when both are there, the version line behind them
-// included.
-bool gaussian_log(input_file& file, text<100>& type, text<100>& version, bool& marker_found) {
-  std::string_view line;
-  marker_found = search_word_free(file, "Entering Gaussian System", line);
-  if (!marker_found) return false;
-  type = "GAUSSIAN LOG";
+// Reads the version behind a marker, from the line with the marker or from later ones. True when the marker
+// settles the kind, false when a later marker of the table overrides it.
+using version_reader = bool (*)(input_file& file, std::string_view line, text<100>& version);
+
+// Word `word` of the line without its first `dropped` characters.
+template <int word, std::size_t dropped = 0>
+bool version_word(input_file&, std::string_view line, text<100>& version) {
+  version = behind(word_of(line, word), dropped);
+  return true;
+}
+
+// "G16RevC.01" of the line behind the stars, " Gaussian 16:  ES64L-G16RevC.01  3-Jul-2019".
+bool gaussian_version(input_file& file, std::string_view line, text<100>& version) {
   if (!search_word_free(file, "*****************", line)) return false;
   if (file.read_line(line)) {
     const std::string_view word = word_of(line, 3);
@@ -33,33 +39,67 @@ bool gaussian_log(input_file& file, text<100>& type, text<100>& version, bool& m
   return true;
 }
 
-// "6.4" of a line with "TURBOMOLE V6.4", or with "TURBOMOLE rev. V6.4" when `program` says so.
-std::string turbomole_version(std::string_view line, std::string_view program) {
-  std::string version(behind(word_of(line.substr(line.find(program) + program.size()), 1), 1));
-  for (char& c : version) {
-    if (!is_number({&c, 1}) && c != '.') c = ' ';
-  }
-  return version;
+bool checkpoint_version(input_file&, std::string_view, text<100>& version) {
+  version = "UNKNOWN";
+  return false;
 }
 
-// A kind that the line with its marker alone decides.
-struct marked_kind {
-  int first = 0, last = 0;  // columns of the marker; 0 for anywhere in a line
+// Version of a program that does not print one with its marker; what an earlier marker left stays.
+bool no_version(input_file&, std::string_view, text<100>&) { return true; }
+
+bool zero_version(input_file&, std::string_view, text<100>& version) {
+  version = "0";
+  return true;
+}
+
+bool numforce_version(input_file& file, std::string_view line, text<100>& version) {
+  if (search_word(file, 2, "VERSION", line)) version = word_of(line, 2);
+  return true;
+}
+
+// "6.4" of a line with "TURBOMOLE V6.4", for the program "TURBOMOLE".
+text<100> turbomole_release(std::string_view line, std::string_view program) {
+  std::string release(behind(word_of(line.substr(line.find(program) + program.size()), 1), 1));
+  for (char& c : release) {
+    if (!is_number({&c, 1}) && c != '.') c = ' ';
+  }
+  return release;
+}
+
+bool turbomole_version(input_file&, std::string_view line, text<100>& version) {
+  version = turbomole_release(line, "TURBOMOLE");
+  return true;
+}
+
+// The form of the versions from 7.4 on, "TURBOMOLE rev. V7.4.1 (2bfdd732)".
+bool turbomole_rev_version(input_file&, std::string_view line, text<100>& version) {
+  version = turbomole_release(line, "TURBOMOLE rev.");
+  return true;
+}
+
+struct kind_marker {
+  file_kind kind;
+  int column;  // of the first character of the marker, 0 for anywhere in a line
   std::string_view marker;
-  std::string_view type;
-  int info = 0;
-  int version_word = 0;     // 0 for version "0"
-  std::size_t dropped = 0;  // characters before the version in that word
+  version_reader version;
+  bool last_resort = false;  // looked for only when no other marker is found
 };
 
-// Those that come behind NUMFORCE, in the order in which they are tested.
-constexpr marked_kind marked_kinds[] = {
-    {0, 0, "PWSCF", "PWOUT", 3, 3, 2},
-    {0, 0, "vasp", "VASP", 3, 1, 5},
-    {0, 0, "NWChem", "NWCHEM", 0, 6, 0},
-    {0, 0, "_cell_length_a", "CIF", 0, 0, 0},
-    {11, 30, "POTENTIAL PARAMETERS", "WIEN2K_1", 0, 0, 0},
-    {3, 12, "bandindex:", "WIEN2K_spe", 0, 0, 0},
+// In the order in which they are tested.
+constexpr kind_marker markers[] = {
+    {file_kind::chemshell, 0, "ChemShell", version_word<3>},
+    {file_kind::gaussian_log, 0, "Entering Gaussian System", gaussian_version},
+    {file_kind::gaussian_fchk, 1, "Number of atoms", checkpoint_version},
+    {file_kind::molpro, 62, "MOLPRO", no_version},
+    {file_kind::turbomole, 0, "TURBOMOLE V", turbomole_version},
+    {file_kind::numforce, 2, "NUMERICAL FREQUENCY", numforce_version},
+    {file_kind::pwout, 0, "PWSCF", version_word<3, 2>},
+    {file_kind::vasp, 0, "vasp", version_word<1, 5>},
+    {file_kind::nwchem, 0, "NWChem", version_word<6>},
+    {file_kind::cif, 0, "_cell_length_a", zero_version},
+    {file_kind::wien2k_1, 11, "POTENTIAL PARAMETERS", zero_version},
+    {file_kind::wien2k_spe, 3, "bandindex:", zero_version},
+    {file_kind::turbomole, 0, "TURBOMOLE rev. V", turbomole_rev_version, true},
 };
 
 // The file with its tabs as the blanks that they stand for, up to the next column of `tab_stop`. Columns
@@ -84,61 +124,26 @@ input_file without_tabs(input_file file) {
 
 }  // namespace
 
-void qm_file_type(input_file& file, text<100>& type, text<100>& version, int& info) {
-  std::string_view line;
-  const auto found = [&](std::string_view kind, int number) {
-    type = kind;
-    info = number;
-  };
-  info = -1;
-
-  file.rewind();
-  if (search_word_free(file, "ChemShell", line)) {
-    version = word_of(line, 3);
-    return found("CHEMSHELL", 4);
-  }
-  file.rewind();
-  bool provisional = false;  // a kind without a number, which gives way to any later marker
-  if (gaussian_log(file, type, version, provisional)) return found("GAUSSIAN LOG", 2);
-  file.rewind();
-  if (search_word(file, 1, 15, "Number of atoms", line)) {
-    provisional = true;
-    type = "GAUSSIAN FCHK";
-    version = "UNKNOWN";
-  }
-  file.rewind();
-  if (search_word(file, 62, 67, "MOLPRO", line)) return found("MOLPRO", 3);
-  file.rewind();
-  if (search_word_free(file, "TURBOMOLE V", line)) {
-    version = turbomole_version(line, "TURBOMOLE");
-    return found("TURBOMOLE", 1);
-  }
-  file.rewind();
-  if (search_word(file, 2, 20, "NUMERICAL FREQUENCY", line)) {
-    if (search_word(file, 2, 8, "VERSION", line)) version = word_of(line, 2);
-    return found("NUMFORCE", 3);
-  }
-  for (const marked_kind& kind : marked_kinds) {
+file_kind qm_file_type(input_file& file, text<100>& version) {
+  file_kind kind = file_kind::unknown;
+  for (const kind_marker& m : markers) {
+    if (m.last_resort && kind != file_kind::unknown) continue;
+    std::string_view line;
     file.rewind();
-    if (kind.first == 0 ? search_word_free(file, kind.marker, line)
-                        : search_word(file, kind.first, kind.last, kind.marker, line)) {
-      version = kind.version_word == 0 ? "0" : behind(word_of(line, kind.version_word), kind.dropped);
-      return found(kind.type, kind.info);
-    }
+    const bool found =
+        m.column == 0 ? search_word_free(file, m.marker, line) : search_word(file, m.column, m.marker, line);
+    if (!found) continue;
+    kind = m.kind;
+    if (m.version(file, line, version)) break;
   }
-  if (provisional) return;
-  file.rewind();
-  if (search_word_free(file, "TURBOMOLE rev. V", line)) {  // from version 7.4 on
-    version = turbomole_version(line, "TURBOMOLE rev.");
-    return found("TURBOMOLE", 1);
-  }
+  return kind;
 }
 
 qm_file open_qm_file(std::string_view fname) { return open_qm_file(input_file(fname)); }
 
 qm_file open_qm_file(input_file file) {
-  qm_file opened{without_tabs(std::move(file)), {}, {}, -1};
-  qm_file_type(opened.file, opened.type, opened.version, opened.info);
+  qm_file opened{without_tabs(std::move(file))};
+  opened.kind = qm_file_type(opened.file, opened.version);
   return opened;
 }
 

@@ -8,19 +8,34 @@
 
 namespace vbn {
 
-// A file of another program, taken into memory once and given to all readers of a state.
-struct qm_file {
-  input_file file;
-  text<100> type;     // kind, as "GAUSSIAN LOG"; blank when no marker was found
-  text<100> version;  // of the program, blank when not told
-  int info = -1;      // the kind's number, -1 for none
+// The kinds of files. Their names and readers are listed in `programs.cpp`, their markers in `file_type.cpp`.
+enum class file_kind {
+  unknown,
+  chemshell,
+  gaussian_log,
+  gaussian_fchk,  // formatted checkpoint
+  molpro,
+  numforce,  // numerical frequencies
+  nwchem,
+  turbomole,
+  vasp,
+  cif,
+  pwout,
+  wien2k_1,
+  wien2k_spe
 };
 
-// Finds kind and version of a file by its markers. The first marker in the order of the kinds decides, with
-// two exceptions: a formatted checkpoint, and a Gaussian log without a line of stars, keep their kind only
-// when no later marker is found, and have `info` -1. A file without any marker leaves `type` and `version`
-// untouched.
-void qm_file_type(input_file& file, text<100>& type, text<100>& version, int& info);
+// A file of another program, opened and searched for its kind once and given to all readers of a state.
+struct qm_file {
+  input_file file;
+  file_kind kind = file_kind::unknown;
+  text<100> version = {};  // of the program, blank when the file does not state it
+};
+
+// Finds the kind of a file by its markers, and with it the version of the program. The first marker in the
+// order of the table decides, with two exceptions: a formatted checkpoint, and a Gaussian log without a line
+// of stars, keep their kind only when no later marker is found.
+file_kind qm_file_type(input_file& file, text<100>& version);
 
 // Opens a file and finds its kind. Tabs become the blanks up to the next column of eight, since columns
 // count. A file that cannot be opened ends the run with a message that names it.

@@ -5,11 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "readers/programs.hpp"  // for the routines
-#include "readers/rows.hpp"      // for the rows of the tables
+#include "molecule/constants.hpp"  // for au_to_ev
+#include "readers/couplings.hpp"   // for energy_word, read_fields, nacme_of_field
+#include "readers/programs.hpp"    // for the routines
+#include "readers/rows.hpp"        // for the rows of the tables
 #include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_last_del_space, search_word_first_number
-#include "text/layout.hpp"   // for layout
-#include "text/number.hpp"   // for to_integer
+#include "readers/triangle.hpp"  // for force_constant_matrix, mirror_upper
+#include "text/layout.hpp"       // for layout
+#include "text/number.hpp"       // for to_integer
 #include "text/output_file.hpp"  // for tell_free, tell
 #include "text/stop.hpp"         // for fail, stop, warn
 #include "text/words.hpp"        // for word_of
@@ -21,7 +24,7 @@ namespace {
 constexpr int masses_per_line = 10;
 constexpr std::string_view geometry_heading = "Center Atomic Atomic Coordinates";
 
-// Goes to the first row of the first table of coordinates.
+// Goes to the first row of the next table of coordinates.
 bool first_geometry(input_file& file) {
   std::string_view line;
   if (!search_word_del_space(file, geometry_heading, line) || !search_word_first_number(file, line))
@@ -59,11 +62,10 @@ bool masses_of_thermochemistry(input_file& file, array1<double>& mass) {
 
 }  // namespace
 
-bool gaussian_log_natom(input_file& file, int& natom) {
+std::optional<int> gaussian_log_natom(input_file& file) {
   std::string_view line;
-  if (!search_word(file, 2, 8, "NAtoms=", line)) return false;
-  natom = row_integer(file, line, 2, "\"NAtoms=\" and the number of atoms");
-  return true;
+  if (!search_word(file, 2, "NAtoms=", line)) return std::nullopt;
+  return row_integer(file, line, 2, "\"NAtoms=\" and the number of atoms");
 }
 
 void gaussian_log_nat(input_file& file, array1<int>& nat) {
@@ -102,27 +104,18 @@ void gaussian_log_coord(input_file& file, array2<double>& x) {
   coordinate_rows(file, 3, true, x);
 }
 
-bool gaussian_fchk_natom(input_file& file, int& natom) {
+std::optional<int> gaussian_fchk_natom(input_file& file) {
   std::string_view line;
-  if (!search_word(file, 1, 15, "Number of atoms", line)) return false;
-  natom = row_integer(file, line, 5, "\"Number of atoms\", \"I\" and the number");
-  return true;
-}
-
-void gaussian_fchk_mass(input_file& file, array1<double>& mass) {
-  std::string_view line;
-  if (!search_word_free(file, "Real atomic weights", line)) {
-    fail_missing(file, "the masses", "a line with \"Real atomic weights\"");
-  }
-  all_numbers(file, mass.span(), "the mass of every atom");
+  if (!search_word(file, 1, "Number of atoms", line)) return std::nullopt;
+  return row_integer(file, line, 5, "\"Number of atoms\", \"I\" and the number");
 }
 
 bool gaussian_fchk_coord(input_file& file, array2<double>& x) {
   std::string_view line;
   file.rewind();
   int count = 0;
-  if (!search_word(file, 1, 29, "Current cartesian coordinates", line) ||
-      !to_integer(word_of(line, 6), count) || count != 3 * x.cols()) {
+  if (!search_word(file, 1, "Current cartesian coordinates", line) || !to_integer(word_of(line, 6), count) ||
+      count != 3 * x.cols()) {
     return false;
   }
   all_numbers(file, x.span(), "the coordinates of every atom");
@@ -130,10 +123,10 @@ bool gaussian_fchk_coord(input_file& file, array2<double>& x) {
 }
 
 // The lower triangle, row by row, as one list of numbers.
-void gaussian_fchk_fc(input_file& file, int natom, array2<double>& fc) {
+array2<double> gaussian_fchk_fc(input_file& file, int natom) {
   constexpr std::string_view heading = "Cartesian Force Constants";
   std::string_view line;
-  if (!search_word(file, 1, 25, heading, line)) {
+  if (!search_word(file, 1, heading, line)) {
     warn(file.name() +
          " has no force constants; run a freq job and make its formatted checkpoint with formchk");
     static const layout empty("()");
@@ -150,13 +143,37 @@ void gaussian_fchk_fc(input_file& file, int natom, array2<double>& fc) {
     fail(file.here("the file has force constants of another number of atoms",
                    std::to_string(wanted) + " force constants for " + std::to_string(natom) + " atoms"));
   }
-  fc = force_constant_matrix(file, natom);
+  array2<double> fc = force_constant_matrix(file, natom);
   std::vector<double> triangle(static_cast<std::size_t>(count));
   all_numbers(file, triangle, "all " + std::to_string(count) + " force constants");
-  auto k = triangle.begin();
-  for (int i = 1; i <= fc.rows(); ++i) {
-    for (int j = 1; j <= i; ++j) fc(i, j) = fc(j, i) = *k++;
+  auto row = triangle.begin();
+  for (int i = 1; i <= fc.cols(); row += i++) std::copy_n(row, i, fc.column(i).begin());
+  mirror_upper(fc);
+  return fc;
+}
+
+void gaussian_log_nacme(qm_file& from, file_couplings& read) {
+  input_file& file = from.file;
+  std::string_view line;
+  if (!search_word(file, 2, "Charge =", line)) {
+    fail_missing(file, "the atoms", "\"Charge =\" in columns 2 to 9 and a row for each atom behind it");
   }
+  for (int i = 1; i <= read.natom(); ++i) next_row(file, "the symbol of an atom");
+
+  if (!first_geometry(file)) {
+    fail_missing(file, "the atomic numbers", "the table \"Center Atomic Atomic Coordinates\"");
+  }
+  array1<int> nat(read.natom());
+  number_rows(file, 2, nat);
+  std::copy(nat.begin(), nat.end(), read.z.begin());
+
+  if (!search_word(file, 2, "Excited State   1", line)) {
+    fail_missing(file, "the vertical energy", "\"Excited State   1\" in columns 2 to 18 behind the geometry");
+  }
+  read.e_vert = energy_word(file, line, 5, "the energy in eV") / au_to_ev;
+
+  read_fields(file, 3, read.tranele);
+  nacme_of_field(file, read);
 }
 
 }  // namespace vbn

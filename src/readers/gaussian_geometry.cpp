@@ -78,7 +78,7 @@ bool geometry_of_frequencies(input_file& log, array2<double>& x) {
 }  // namespace
 
 void fit_gaussian_coord(qm_file& log, qm_file& checkpoint, const array2<double>& fc, array2<double>& x) {
-  if (!(log.type == "GAUSSIAN LOG") || !(checkpoint.type == "GAUSSIAN FCHK")) return;
+  if (log.kind != file_kind::gaussian_log || checkpoint.kind != file_kind::gaussian_fchk) return;
   array2<double> of_checkpoint(3, x.cols());
   array2<double> of_frequencies(3, x.cols());
   const bool another =

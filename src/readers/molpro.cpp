@@ -6,9 +6,11 @@
 #include <string>
 
 #include "molecule/elements.hpp"  // for nat_to_mass, element_symbol
+#include "readers/couplings.hpp"  // for energy_word, check_divisors
 #include "readers/programs.hpp"   // for the routines
 #include "readers/rows.hpp"       // for the rows of the tables
 #include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number
+#include "readers/triangle.hpp"  // for force_constant_matrix, read_lower_blocks, mirror_upper
 #include "text/number.hpp"       // for shortest
 #include "text/output_file.hpp"  // for tell_free
 #include "text/stop.hpp"         // for fail, fail_in, stop, warn
@@ -25,13 +27,13 @@ constexpr double isotope_window = 2.5;     // amu by which isotopes and averages
 
 bool to_force_constants(input_file& file) {
   std::string_view line;
-  return search_word(file, 2, 16, "Force Constants", line);
+  return search_word(file, 2, "Force Constants", line);
 }
 
 bool has_dump(input_file& file) {
   std::string_view line;
   file.rewind();
-  return search_word(file, 2, 40, "Dump information in style XYZ to output", line);
+  return search_word(file, 2, "Dump information in style XYZ to output", line);
 }
 
 // Goes to the rows of the table "Nr  Atom  Charge" that the frequency calculation prints behind its force
@@ -97,7 +99,7 @@ void masses_by_range(input_file& file, array1<double>& mass) {
 bool stated_masses(input_file& file, array1<double>& mass) {
   std::string_view line;
   file.rewind();
-  if (!search_word(file, 2, 14, "Atomic Masses", line)) return false;
+  if (!search_word(file, 2, "Atomic Masses", line)) return false;
   if (!try_row_numbers(next_row(file, "the masses of the atoms"), 2, mass.span())) {
     file.back_line();
     masses_by_range(file, mass);
@@ -122,12 +124,11 @@ std::string wrong_mass(input_file& file, const array1<int>& nat) {
 
 }  // namespace
 
-bool molpro_natom(input_file& file, int& natom) {
+std::optional<int> molpro_natom(input_file& file) {
   std::string_view line;
   if (!search_word_free(file, "ATOMIC COORDINATES", line) || !search_word_first_number(file, line))
-    return false;
-  natom = 1 + rows_to_blank(file);
-  return true;
+    return std::nullopt;
+  return 1 + rows_to_blank(file);
 }
 
 void molpro_nat(input_file& file, array1<int>& nat) {
@@ -141,7 +142,7 @@ void molpro_nat(input_file& file, array1<int>& nat) {
     return;
   }
   file.rewind();
-  if (!search_word(file, 2, 19, "ATOMIC COORDINATES", line)) {
+  if (!search_word(file, 2, "ATOMIC COORDINATES", line)) {
     fail_missing(file, "the atoms", "\"ATOMIC COORDINATES\" in columns 2 to 19");
   }
   skip_rows(file, 3, "the table of atoms");
@@ -175,26 +176,49 @@ void molpro_coord(input_file& file, array2<double>& x) {
 }
 
 // The lower triangle in blocks of five columns, each row with a label in front.
-void molpro_fc(input_file& file, int natom, array2<double>& fc) {
+array2<double> molpro_fc(input_file& file, int natom) {
   constexpr std::string_view expected = "a label and up to five force constants";
   if (!to_force_constants(file)) {
     warn(file.name() + " has no force constants; ask Molpro for them with {frequencies;print,hessian}");
     tell_free({"No force matrix information found"});
     stop();
   }
-  fc = force_constant_matrix(file, natom);
-  const int n3 = fc.rows();
-  for (int ib = 1; ib <= n3; ib += block_columns) {
-    skip_rows(file, 1, "a block of force constants");
-    for (int i = ib; i <= n3; ++i) {
-      // Row i of the lower triangle is held in column i until the whole triangle is mirrored.
-      const int count = std::min(i - ib + 1, block_columns);
-      row_numbers(file, next_row(file, expected), 1,
-                  fc.column(i).subspan(static_cast<std::size_t>(ib - 1), static_cast<std::size_t>(count)),
-                  expected);
-    }
-  }
+  array2<double> fc = force_constant_matrix(file, natom);
+  read_lower_blocks(
+      fc, block_columns, [&](int) { skip_rows(file, 1, "a block of force constants"); },
+      [&](std::span<double> numbers) { row_numbers(file, next_row(file, expected), 1, numbers, expected); });
   mirror_upper(fc);
+  return fc;
+}
+
+void molpro_nacme(qm_file& from, file_couplings& read) {
+  input_file& file = from.file;
+  std::string_view line;
+  if (!search_word(file, 2, "ATOMIC COORDINATES", line)) {
+    fail_missing(file, "the atoms", "\"ATOMIC COORDINATES\" in columns 2 to 19");
+  }
+  skip_rows(file, 3, "the table of atoms");
+  const std::string atom_row = "number, symbol and charge of an atom";
+  for (double& z : read.z) row_numbers(file, next_row(file, atom_row), 2, {&z, 1}, atom_row);
+
+  file.rewind();
+  if (!search_word(file, 2, "Energy Difference at present geometry", line)) {
+    fail_missing(file, "the vertical energy", "\"Energy Difference at present geometry\" in columns 2 to 38");
+  }
+  read.e_vert = energy_word(file, line, 6, "the energy in hartree");
+
+  if (!search_word(file, 2, "Derivative Coupling before scaling", line)) {
+    fail_missing(file, "the couplings",
+                 "\"Derivative Coupling before scaling\" in columns 2 to 35 behind the energy");
+  }
+  const std::string coupling_row = "the coupling x, y and z of an atom";
+  for (int i = 1; i <= read.natom(); ++i) {
+    row_numbers(file, next_row(file, coupling_row), 0, read.nacme.column(i), coupling_row);
+  }
+  check_divisors(file, read);
+  for (int i = 1; i <= read.natom(); ++i) {
+    for (int c = 1; c <= 3; ++c) read.tranele(c, i) = read.nacme(c, i) / read.z(i) * read.e_vert;
+  }
 }
 
 }  // namespace vbn

@@ -4,10 +4,14 @@
 #include <span>
 #include <string>
 
-#include "readers/programs.hpp"  // for the routines
-#include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"      // for search_word_free, search_word_free_last
-#include "text/stop.hpp"         // for fail_in
+#include "readers/couplings.hpp"  // for read_fields, nacme_of_field
+#include "readers/programs.hpp"   // for the routines
+#include "readers/rows.hpp"       // for the rows of the tables
+#include "readers/scan.hpp"       // for search_word_free, search_word_free_last
+#include "readers/triangle.hpp"   // for force_constant_matrix, read_lower_blocks, mirror_upper
+#include "text/number.hpp"        // for to_real
+#include "text/stop.hpp"          // for fail, fail_in
+#include "text/words.hpp"         // for number_of_words, word_of
 
 namespace vbn {
 
@@ -28,14 +32,21 @@ void to_rows(input_file& file) {
   skip_rows(file, 1, "the table of atoms");
 }
 
+// The first word of a text that is a real number; false when there is none.
+bool first_real(std::string_view a, double& r) {
+  for (int k = 1; k <= number_of_words(a); ++k) {
+    if (to_real(word_of(a, k), r)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
-bool nwchem_natom(input_file& file, int& natom) {
+std::optional<int> nwchem_natom(input_file& file) {
   std::string_view line;
-  if (!search_word_free(file, "Geometry", line) || !search_word_free(file, "No.", line)) return false;
+  if (!search_word_free(file, "Geometry", line) || !search_word_free(file, "No.", line)) return std::nullopt;
   skip_rows(file, 1, "the table of atoms");
-  natom = rows_to_blank(file);
-  return true;
+  return rows_to_blank(file);
 }
 
 void nwchem_nat(input_file& file, array1<int>& nat) {
@@ -55,15 +66,13 @@ void nwchem_mass(input_file& file, array1<double>& mass) {
 
 void nwchem_coord(input_file& file, array2<double>& x) {
   std::string_view line;
-  if (!search_word_free_last(file, "Output coordinates in angstroms", line)) {
-    fail_missing(file, "the coordinates", "a line with \"Output coordinates in angstroms\"");
-  }
+  search_word_free_last(file, "Output coordinates in angstroms", line);  // there, or `nwchem_nat` had failed
   to_rows(file);
   coordinate_rows(file, 3, true, x);
 }
 
 // The lower triangle in blocks of ten columns, each row with its number in front, weighted with the masses.
-void nwchem_fc(input_file& file, int natom, array2<double>& fc) {
+array2<double> nwchem_fc(input_file& file, int natom) {
   constexpr std::string_view expected = "a row number and up to ten force constants";
   array1<double> mass(natom);
   nwchem_mass(file, mass);
@@ -82,22 +91,39 @@ void nwchem_fc(input_file& file, int natom, array2<double>& fc) {
                  "a line with \"MASS-WEIGHTED PROJECTED HESSIAN\", as task ... freq prints it");
   }
   skip_rows(file, 1, "the force constants");
-  fc = force_constant_matrix(file, natom);
-  const int n3 = fc.rows();
-  for (int ib = 1; ib <= n3; ib += block_columns) {
-    skip_rows(file, lines_before_block, "a block of force constants");
-    for (int i = ib; i <= n3; ++i) {
-      // Row i of the lower triangle is held in column i until the whole triangle is mirrored.
-      const int count = std::min(i - ib + 1, block_columns);
-      row_numbers(file, next_row(file, expected), 1,
-                  fc.column(i).subspan(static_cast<std::size_t>(ib - 1), static_cast<std::size_t>(count)),
-                  expected);
-    }
-  }
-  for (int i = 1; i <= n3; ++i) {
+  array2<double> fc = force_constant_matrix(file, natom);
+  read_lower_blocks(
+      fc, block_columns, [&](int) { skip_rows(file, lines_before_block, "a block of force constants"); },
+      [&](std::span<double> numbers) { row_numbers(file, next_row(file, expected), 1, numbers, expected); });
+  for (int i = 1; i <= fc.cols(); ++i) {
     for (int j = 1; j <= i; ++j) fc(j, i) = fc(j, i) * sqtmass(i) * sqtmass(j) / amu_per_kamu;
   }
   mirror_upper(fc);
+  return fc;
+}
+
+void nwchem_nacme(qm_file& from, file_couplings& read) {
+  input_file& file = from.file;
+  std::string_view line;
+  if (!search_word_free(file, "Output coordinates in angstroms", line) ||
+      !search_word_free(file, "No.", line)) {
+    fail_missing(file, "the atoms", "the table \"Output coordinates in angstroms\"");
+  }
+  skip_rows(file, 1, "the table of atoms");
+  array1<int> nat(read.natom());
+  symbol_rows(file, 2, nat);
+  std::copy(nat.begin(), nat.end(), read.z.begin());
+
+  if (!search_word_free(file, "Root   1", line)) {
+    fail_missing(file, "the vertical energy", "\"Root   1\" behind the geometry");
+  }
+  const std::string_view columns = line.substr(std::min<std::size_t>(line.size(), 24), 31);
+  if (!first_real(columns, read.e_vert)) {
+    fail(file.here("cannot read the vertical energy", "the energy in hartree in columns 25 to 55"));
+  }
+
+  read_fields(file, 2, read.tranele);
+  nacme_of_field(file, read);
 }
 
 }  // namespace vbn

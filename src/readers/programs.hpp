@@ -1,80 +1,87 @@
-// The readers of each program's files, as `qm_file.cpp` lists them by kind.
+// The readers of each program's files, and the table of the kinds of files.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
-#include "linalg/array.hpp"     // for array1, array2
-#include "text/input_file.hpp"  // for input_file
+#include "linalg/array.hpp"       // for array1, array2
+#include "readers/file_type.hpp"  // for file_kind, qm_file
 
 namespace vbn {
 
-// Each takes a file that stands at its start.
-//   natom  number of atoms; false when the file does not tell it
-//   nat    atomic numbers of as many atoms as the array has
-//   mass   their masses, amu
-//   coord  their coordinates x(3,natom), bohr
-//   fc     their force constants, hartree/bohr^2, into a matrix that it makes, (3 natom, 3 natom)
-// The last four end the run when the file does not hold what they read.
+struct file_couplings;
+struct file_dipole;
+
+// What reads a kind of file; nullptr where the kind does not hold the quantity. Each reader takes a file at
+// its start and ends the run when the file does not hold what it reads, but for `natom`.
+struct kind_readers {
+  file_kind kind = file_kind::unknown;
+  std::string_view name = {};                              // as printed
+  std::optional<int> (*natom)(input_file&) = nullptr;      // number of atoms
+  void (*nat)(input_file&, array1<int>&) = nullptr;        // atomic numbers of as many atoms as the array has
+  void (*mass)(input_file&, array1<double>&) = nullptr;    // their masses, amu
+  void (*coord)(input_file&, array2<double>&) = nullptr;   // their coordinates (3,natom), bohr
+  array2<double> (*fc)(input_file&, int natom) = nullptr;  // force constants (n3,n3), hartree/bohr^2
+  void (*nacme)(qm_file&, file_couplings&) = nullptr;      // couplings of the extent of its arrays
+  void (*tdipd)(input_file&, file_dipole&) = nullptr;      // dipole derivatives of the extent of its arrays
+};
+
+// The row of a kind in the table of all kinds.
+const kind_readers& readers_of(file_kind kind);
 
 // ChemShell (chemshell.cpp)
-bool chemshell_natom(input_file& file, int& natom);
+std::optional<int> chemshell_natom(input_file& file);
 void chemshell_nat(input_file& file, array1<int>& nat);
 void chemshell_mass(input_file& file, array1<double>& mass);
 void chemshell_coord(input_file& file, array2<double>& x);
-void chemshell_fc(input_file& file, int natom, array2<double>& fc);
+array2<double> chemshell_fc(input_file& file, int natom);
 
 // Gaussian: the log, and the formatted checkpoint (gaussian.cpp)
-bool gaussian_log_natom(input_file& file, int& natom);
+std::optional<int> gaussian_log_natom(input_file& file);
 void gaussian_log_nat(input_file& file, array1<int>& nat);
 void gaussian_log_mass(input_file& file, array1<double>& mass);
 void gaussian_log_coord(input_file& file, array2<double>& x);
-bool gaussian_fchk_natom(input_file& file, int& natom);
+void gaussian_log_nacme(qm_file& from, file_couplings& read);
+std::optional<int> gaussian_fchk_natom(input_file& file);
 // The coordinates of the checkpoint; false when it has none of as many atoms.
 bool gaussian_fchk_coord(input_file& file, array2<double>& x);
-void gaussian_fchk_mass(input_file& file, array1<double>& mass);
-void gaussian_fchk_fc(input_file& file, int natom, array2<double>& fc);
+array2<double> gaussian_fchk_fc(input_file& file, int natom);
 
 // Molpro (molpro.cpp)
-bool molpro_natom(input_file& file, int& natom);
+std::optional<int> molpro_natom(input_file& file);
 void molpro_nat(input_file& file, array1<int>& nat);
 void molpro_mass(input_file& file, array1<double>& mass);
 void molpro_coord(input_file& file, array2<double>& x);
-void molpro_fc(input_file& file, int natom, array2<double>& fc);
+array2<double> molpro_fc(input_file& file, int natom);
+void molpro_nacme(qm_file& from, file_couplings& read);
 
 // Numerical frequencies (numforce.cpp)
-bool numforce_natom(input_file& file, int& natom);
+std::optional<int> numforce_natom(input_file& file);
 void numforce_nat(input_file& file, array1<int>& nat);
 void numforce_mass(input_file& file, array1<double>& mass);
 void numforce_coord(input_file& file, array2<double>& x);
-void numforce_fc(input_file& file, int natom, array2<double>& fc);
+array2<double> numforce_fc(input_file& file, int natom);
+void numforce_tdipd(input_file& file, file_dipole& read);
 
 // NWChem (nwchem.cpp)
-bool nwchem_natom(input_file& file, int& natom);
+std::optional<int> nwchem_natom(input_file& file);
 void nwchem_nat(input_file& file, array1<int>& nat);
 void nwchem_mass(input_file& file, array1<double>& mass);
 void nwchem_coord(input_file& file, array2<double>& x);
-void nwchem_fc(input_file& file, int natom, array2<double>& fc);
+array2<double> nwchem_fc(input_file& file, int natom);
+void nwchem_nacme(qm_file& from, file_couplings& read);
 
 // Turbomole (turbomole.cpp)
-bool turbomole_natom(input_file& file, int& natom);
-void turbomole_nat(input_file& file, array1<int>& nat);
+std::optional<int> turbomole_natom(input_file& file);
 void turbomole_mass(input_file& file, array1<double>& mass);
 void turbomole_coord(input_file& file, array2<double>& x);
-void turbomole_fc(input_file& file, int natom, array2<double>& fc);
-
-// The atomic numbers of the box "Atomic coordinate, charge and isotop information", which ChemShell prints
-// too.
-void isotope_table_nat(input_file& file, array1<int>& nat);
-
-// Masses in the third word of the rows behind the heading `heading`, where it was found (`listed`); otherwise
-// those of the elements of the table of isotopes.
-void weights_or_isotope_table_mass(input_file& file, bool listed, std::string_view heading,
-                                   array1<double>& mass);
+array2<double> turbomole_fc(input_file& file, int natom);
+void turbomole_nacme(qm_file& from, file_couplings& read);
 
 // Programs for crystals, which give no force constants (crystals.cpp)
-bool cif_natom(input_file& file, int& natom);
-bool pwout_natom(input_file& file, int& natom);
-bool vasp_natom(input_file& file, int& natom);
+std::optional<int> cif_natom(input_file& file);
+std::optional<int> pwout_natom(input_file& file);
+std::optional<int> vasp_natom(input_file& file);
 void vasp_coord(input_file& file, array2<double>& x);
 
 }  // namespace vbn

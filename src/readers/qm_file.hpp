@@ -1,31 +1,58 @@
-// Reads atoms, masses, coordinates and force constants of a file of any kind.
+// Reads atoms, masses, coordinates, force constants, couplings and dipole derivatives of a file of any kind.
 #pragma once
 
+#include <optional>
+#include <string>
+
+#include "linalg/array.hpp"       // for array1, array2, array3
 #include "readers/file_type.hpp"  // for qm_file
-#include "linalg/array.hpp"       // for array1, array2
 
 namespace vbn {
 
-// Number of atoms of the file. `info` is 0; -1, with `natom` = 0, for a kind or a file that does not tell it.
-void qm_file_natom(qm_file& file, int& natom, int& info);
+// The name of a kind as printed, "GAUSSIAN LOG"; empty for an unknown one.
+std::string name_of(file_kind kind);
 
-// Each of the readers below gives its array the extent of `natom` atoms and fills all of it; `info` is then
-// 0. Each ends the run with a message: `natom` below 1 or more than the file has room for, a kind that does
-// not hold what is asked for, a marker that is missing, a line that does not read, a file that ends too
-// early.
+// Number of atoms of the file; none for a kind or a file that does not state it.
+std::optional<int> qm_file_natom(qm_file& file);
 
-// Atomic numbers nat(1..natom). A number outside 1 to 118 passes and is stopped by `nat_to_symbol`.
-void qm_file_nat(qm_file& file, int natom, array1<int>& nat, int& info);
+// Each of the readers below ends the run with a message: `natom` below 1 or more than the file has room for,
+// a kind that does not hold what is asked for, a marker that is missing, a line that does not read, a file
+// that ends too early.
 
-// Masses mass(1..natom) in amu. An element without a mass in the table has 0.0, and a mass passes as the file
-// states it: whoever uses an atom tests that its mass is above zero.
-void qm_file_mass(qm_file& file, int natom, array1<double>& mass, int& info);
+// Atomic numbers (natom). A number outside 1 to 118 passes and is stopped by `nat_to_symbol`.
+array1<int> qm_file_nat(qm_file& file, int natom);
 
-// Coordinates x(1..3,1..natom) in bohr.
-void qm_file_coord(qm_file& file, int natom, array2<double>& x, int& info);
+// Masses (natom) in amu. An element without a mass in the table has 0.0, and a mass passes as the file states
+// it: whoever uses an atom tests that its mass is above zero.
+array1<double> qm_file_mass(qm_file& file, int natom);
 
-// Force constants fc(n3,n3), n3 = 3 x natom, in hartree/bohr^2, full and symmetric (of a NUMFORCE file as
-// they stand in it).
-void qm_file_fc(qm_file& file, int natom, array2<double>& fc, int& info);
+// Coordinates (3,natom) in bohr.
+array2<double> qm_file_coord(qm_file& file, int natom);
+
+// Force constants (n3,n3), n3 = 3 x natom, in hartree/bohr^2, full and symmetric (of a NUMFORCE file as they
+// stand in it).
+array2<double> qm_file_fc(qm_file& file, int natom);
+
+// Non-adiabatic couplings of the atoms of a file, in atomic units. A file gives one of the two arrays and the
+// relation nacme = tranele x z / e_vert gives the other.
+struct file_couplings {
+  array1<double> z;        // (natom) nuclear charges
+  double e_vert = 0.0;     // vertical energy, hartree
+  array2<double> nacme;    // (3,natom) coupling vector of each atom
+  array2<double> tranele;  // (3,natom) transition field at each nucleus
+
+  int natom() const { return z.size(); }
+};
+
+// Besides the above ends the run: a zero energy or nuclear charge, couplings that are not finite.
+file_couplings qm_file_nacme(qm_file& file, int natom);
+
+// Transition dipole and its derivatives, in atomic units.
+struct file_dipole {
+  array1<double> dip0;     // (3) at the reference geometry
+  array3<double> tdipd_x;  // (3,3,natom): dipole component, coordinate, atom
+};
+
+file_dipole qm_file_tdipd(qm_file& file, int natom);
 
 }  // namespace vbn

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <string>
 
@@ -161,29 +160,6 @@ int rows_to_blank(input_file& file) {
 
 void element_masses(const array1<int>& nat, array1<double>& mass) {
   for (int i = 1; i <= nat.size(); ++i) mass(i) = nat_to_mass(nat(i));
-}
-
-array2<double> force_constant_matrix(const input_file& file, int natom) {
-  const std::int64_t n3 = 3 * static_cast<std::int64_t>(natom);
-  // Half a symmetric matrix, a digit and a blank a number.
-  if (n3 * (n3 + 1) > static_cast<std::int64_t>(file.content().size())) {
-    fail_in(file.name(),
-            "the file is too short for the force constants of " + std::to_string(natom) + " atoms",
-            std::to_string(n3 * (n3 + 1) / 2) + " force constants; the file may be incomplete");
-  }
-  return {static_cast<int>(n3), static_cast<int>(n3)};
-}
-
-void mirror_lower(array2<double>& fc) {
-  for (int i = 1; i <= fc.rows(); ++i) {
-    for (int j = 1; j < i; ++j) fc(j, i) = fc(i, j);
-  }
-}
-
-void mirror_upper(array2<double>& fc) {
-  for (int i = 1; i <= fc.rows(); ++i) {
-    for (int j = 1; j < i; ++j) fc(i, j) = fc(j, i);
-  }
 }
 
 }  // namespace vbn

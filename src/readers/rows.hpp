@@ -63,12 +63,4 @@ int rows_to_blank(input_file& file);
 // Table masses of the elements.
 void element_masses(const array1<int>& nat, array1<double>& mass);
 
-// The matrix of the force constants of `natom` atoms, to be filled. A file that is too short to hold half of
-// their number ends the run.
-array2<double> force_constant_matrix(const input_file& file, int natom);
-
-// The other triangle from the one that was read: fc(j,i) = fc(i,j), and fc(i,j) = fc(j,i), for all j below i.
-void mirror_lower(array2<double>& fc);
-void mirror_upper(array2<double>& fc);
-
 }  // namespace vbn

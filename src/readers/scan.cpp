@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "text/words.hpp"  // for word_of, del_space, is_number
+#include "text/words.hpp"  // for word_of, del_space, is_number, is_letter
 
 namespace vbn {
 
@@ -81,29 +81,14 @@ bool search_last(input_file& file, std::string_view word, std::string_view& line
   return stop_at_end(file, line);
 }
 
-// True when the columns from `at` to before `end` are blank; behind its last character a line is.
-bool blank_columns(std::string_view content, std::size_t at, std::size_t end) {
-  for (; at < end && at < content.size() && content[at] != '\n'; ++at) {
-    const bool line_end = content[at] == '\r' && (at + 1 == content.size() || content[at + 1] == '\n');
-    if (content[at] != ' ' && !line_end) return false;
-  }
-  return true;
-}
-
-bool is_letter_char(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-
 }  // namespace
 
-bool search_word(input_file& file, int i, int j, std::string_view word, std::string_view& line) {
+bool search_word(input_file& file, int column, std::string_view word, std::string_view& line) {
   const std::string_view content = file.content();
-  const auto first = static_cast<std::size_t>(i - 1);
-  const auto last = std::min(static_cast<std::size_t>(j), search_width);
+  const auto first = static_cast<std::size_t>(column - 1);
   for (std::size_t at = file.position(); (at = find_word(content, word, at)) != none;) {
     const std::size_t begin = line_begin(content, at);
-    if (at == begin + first && at + word.size() <= begin + last &&
-        blank_columns(content, at + word.size(), begin + last)) {
-      return stop_behind(file, at, line);
-    }
+    if (at == begin + first) return stop_behind(file, at, line);
     at = at < begin + first ? at + 1 : line_end(content, at);
   }
   return stop_at_end(file, line);
@@ -146,8 +131,7 @@ bool search_word_first_number(input_file& file, std::string_view& line) {
 
 bool search_word_first_letter(input_file& file, std::string_view& line) {
   while (file.read_line(line)) {
-    const std::string_view word = word_of(line.substr(0, search_width), 1);
-    if (!word.empty() && is_letter_char(word.front())) return true;
+    if (is_letter(word_of(line.substr(0, search_width), 1).substr(0, 1))) return true;
   }
   return false;
 }

@@ -14,8 +14,8 @@ inline constexpr std::size_t search_width = 200;  // columns of a line that a se
 // line that it stopped at. True: the target was found and the file stands behind its line. False: the file
 // stands at its end. Case matters everywhere.
 
-// The next line whose columns i to j equal `word`; trailing blanks do not count.
-bool search_word(input_file& file, int i, int j, std::string_view word, std::string_view& line);
+// The next line that holds `word` from this column on, counted from 1.
+bool search_word(input_file& file, int column, std::string_view word, std::string_view& line);
 
 // The next line that holds `word` within its first `width` columns.
 bool search_word_free(input_file& file, std::string_view word, std::string_view& line,

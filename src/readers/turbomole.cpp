@@ -1,21 +1,29 @@
 // Reads Turbomole files (aoforce).
 #include <algorithm>
+#include <array>
 #include <span>
 #include <string>
 
-#include "readers/programs.hpp"  // for the routines
-#include "readers/rows.hpp"      // for the rows of the tables
-#include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number, search_word_first_letter
-#include "text/layout.hpp"   // for layout
-#include "text/stop.hpp"     // for fail, warn
-#include "text/words.hpp"    // for trim, word_of, is_number
+#include "readers/couplings.hpp"      // for energy_word, check_divisors
+#include "readers/isotope_table.hpp"  // for weights_or_isotope_table_mass
+#include "readers/programs.hpp"       // for the routines
+#include "readers/rows.hpp"           // for the rows of the tables
+#include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_letter
+#include "readers/triangle.hpp"  // for force_constant_matrix, read_lower_blocks, mirror_upper
+#include "text/layout.hpp"       // for layout
+#include "text/number.hpp"       // for to_real
+#include "text/output_file.hpp"  // for tell_free
+#include "text/stop.hpp"         // for fail, fail_in, stop, warn
+#include "text/words.hpp"        // for trim, word_of, is_number
 
 namespace vbn {
 
 namespace {
 
-constexpr int block_columns = 6;         // numbers in a row of a block of force constants
-constexpr std::size_t field_width = 10;  // columns of each
+constexpr int block_columns = 6;            // numbers in a row of a block of force constants
+constexpr std::size_t constant_width = 10;  // columns of each
+constexpr int block_atoms = 5;  // in a block of couplings, with a newer layout above this release:
+constexpr double newer_block_release = 6.489999771118164;  // 6.49 in single precision
 
 // What stands from three characters behind the "d" at `d` on.
 std::string_view behind_d(std::string_view row, std::size_t d) {
@@ -33,46 +41,62 @@ std::size_t label_d(std::string_view row) {
 // The numbers of a row in their fields, none of which may be blank.
 bool read_row(std::string_view fields, std::span<double> numbers) {
   static const layout columns("(6f10.7)");
-  return fields.size() > field_width * (numbers.size() - 1) && read_fixed(fields, columns, numbers);
+  return fields.size() > constant_width * (numbers.size() - 1) && read_fixed(fields, columns, numbers);
+}
+
+// Release of a version word such as "6.5", "7.4.1" or "5 9 0": its first two numbers.
+double release(const qm_file& from) {
+  std::string number;
+  int points = 0;
+  for (const char c : from.version.trimmed()) {
+    if (c == '.' || c == ' ') {
+      if (++points == 2) break;
+      number += '.';
+    } else {
+      number += c;
+    }
+  }
+  double release = 0.0;
+  if (!to_real(number, release)) {
+    fail_in(from.file.name(), "cannot read the version \"" + from.version.str() + "\" of the program",
+            "a version such as V6.5 behind \"TURBOMOLE\", which decides the layout of the couplings");
+  }
+  return release;
+}
+
+// Couplings of up to five atoms a block, a component a line. All blocks have the layout of the first.
+void read_coupling_blocks(input_file& file, bool newer, array2<double>& nacme) {
+  const int natom = nacme.cols();
+  const int first_columns = std::min(block_atoms, natom);
+  const std::string n = std::to_string(first_columns);
+  const layout columns(newer ? "(5x," + n + "(x,E14.7))" : "(7x," + n + "(  E14.7))");
+  const std::size_t label_width = newer ? 5 : 7;
+  const std::size_t field_width = newer ? 15 : 14;
+  const std::string expected = "the coupling of " + n + " atoms or less in fields of 14 columns";
+
+  for (int ib = 1; ib <= natom; ib += block_atoms) {
+    const std::size_t count = static_cast<std::size_t>(std::min(block_atoms, natom - ib + 1));
+    skip_rows(file, 2, "a block of couplings");
+    for (int c = 1; c <= 3; ++c) {
+      std::string_view line;
+      std::array<double, block_atoms> numbers{};
+      // The numbers end at the right edge of their fields: a shorter line has been cut.
+      if (!file.read_line(line) || trim(line).size() < label_width + count * field_width ||
+          !read_fixed(line, columns, std::span(numbers).first(count))) {
+        fail(file.here("cannot read a line of couplings", expected));
+      }
+      for (std::size_t k = 0; k < count; ++k) nacme(c, ib + static_cast<int>(k)) = numbers[k];
+    }
+  }
 }
 
 }  // namespace
 
-bool turbomole_natom(input_file& file, int& natom) {
+std::optional<int> turbomole_natom(input_file& file) {
   std::string_view line;
-  if (!search_word_del_space(file, "total:", line)) return false;
-  natom = row_integer(file, line, 2, "\"total:\" and the number of atoms");
-  return true;
+  if (!search_word_del_space(file, "total:", line)) return std::nullopt;
+  return row_integer(file, line, 2, "\"total:\" and the number of atoms");
 }
-
-void isotope_table_nat(input_file& file, array1<int>& nat) {
-  constexpr std::string_view heading = "Atomic coordinate, charge and isotop information";
-  std::string_view line;
-  if (!search_word(file, 17, 64, heading, line) || !file.read_line(line) ||
-      !search_word_first_letter(file, line)) {
-    fail_missing(file, "the atoms",
-                 "\"" + std::string(heading) + "\" in columns 17 to 64 and rows behind it");
-  }
-  symbol_rows(file, 4, nat);
-}
-
-void weights_or_isotope_table_mass(input_file& file, bool listed, std::string_view heading,
-                                   array1<double>& mass) {
-  if (listed) {
-    std::string_view line;
-    if (!search_word_first_number(file, line)) {
-      fail_missing(file, "the masses", "rows behind \"" + std::string(heading) + "\"");
-    }
-    file.back_line();
-    return mass_rows(file, 3, mass);
-  }
-  file.rewind();
-  array1<int> nat(mass.size());
-  isotope_table_nat(file, nat);
-  element_masses(nat, mass);
-}
-
-void turbomole_nat(input_file& file, array1<int>& nat) { isotope_table_nat(file, nat); }
 
 void turbomole_mass(input_file& file, array1<double>& mass) {
   std::string_view line;
@@ -88,35 +112,67 @@ void turbomole_coord(input_file& file, array2<double>& x) {
   coordinate_rows(file, 0, false, x);
 }
 
-// The lower triangle in blocks of six columns. The rows of a block begin with its own diagonal, so the first
-// of them grow by one number each.
-void turbomole_fc(input_file& file, int natom, array2<double>& fc) {
-  constexpr std::string_view expected =
-      "\"dx\", \"dy\" or \"dz\" and up to six force constants of ten columns";
+// The lower triangle in blocks of six columns.
+array2<double> turbomole_fc(input_file& file, int natom) {
+  const std::string expected = "\"dx\", \"dy\" or \"dz\" and up to six force constants of ten columns";
   std::string_view line;
   if (!search_word_free(file, "CARTESIAN FORCE CONSTANT MATRIX", line)) {
     warn(file.name() + " has no force constants; give the output of aoforce");
     tell_and_stop({"Error!", "Can not find force constant matrix in turbomole log file. Stop!"});
   }
-  fc = force_constant_matrix(file, natom);
-  const int n3 = fc.rows();
-  for (int ib = 1; ib <= n3; ib += block_columns) {
+  array2<double> fc = force_constant_matrix(file, natom);
+  const auto heading = [&](int ib) {
     if (!search_word_free(file, "ATOM", line)) {
       fail_missing(file, "the block of force constants from column " + std::to_string(ib) + " on",
                    "a line with \"ATOM\"");
     }
     skip_rows(file, 1, "a block of force constants");
-    for (int i = ib; i <= n3; ++i) {
-      if (!file.read_line(line)) fail(file.here("the file ends too early", std::string(expected)));
-      const int count = std::min(i - ib + 1, block_columns);
-      double held[block_columns];
-      const std::span numbers = std::span(held).first(static_cast<std::size_t>(count));
-      if (!read_row(behind_d(line, line.find('d')), numbers) &&
-          !read_row(behind_d(line, label_d(line)), numbers)) {
-        fail(file.here("cannot read the line", std::string(expected)));
-      }
-      for (int j = ib; j < ib + count; ++j) fc(i, j) = fc(j, i) = held[j - ib];
+  };
+  const auto row = [&](std::span<double> numbers) {
+    if (!file.read_line(line)) fail(file.here("the file ends too early", expected));
+    if (!read_row(behind_d(line, line.find('d')), numbers) &&
+        !read_row(behind_d(line, label_d(line)), numbers)) {
+      fail(file.here("cannot read the line", expected));
     }
+  };
+  read_lower_blocks(fc, block_columns, heading, row);
+  mirror_upper(fc);
+  return fc;
+}
+
+void turbomole_nacme(qm_file& from, file_couplings& read) {
+  constexpr std::string_view heading = "Atomic coordinate, charge and isotop information";
+  input_file& file = from.file;
+  std::string_view line;
+  if (!search_word_free(file, heading, line)) {
+    tell_free({"Can not find", heading});
+    tell_free({"in", file.name()});
+    tell_free({"Stop!"});
+    stop();
+  }
+  if (!search_word_first_letter(file, line))
+    fail_missing(file, "the atoms", "the head of the table of atoms");
+  // Coordinates and symbol, in older versions the shells too, then the charge.
+  const int words = word_of(line, 4) == "charge" ? 4 : 5;
+  const std::string atom_row =
+      "x, y, z and symbol of an atom, and its charge as word " + std::to_string(words + 1);
+  for (double& z : read.z) row_numbers(file, next_row(file, atom_row), words, {&z, 1}, atom_row);
+
+  if (!search_word(file, 38, "excitation", line) || !search_word(file, 2, "Excitation energy:", line)) {
+    fail_missing(file, "the vertical energy",
+                 "\"excitation\" in columns 38 to 47, then \"Excitation energy:\" in columns 2 to 19");
+  }
+  read.e_vert = energy_word(file, line, 3, "the energy in hartree");
+
+  if (!search_word(file, 12, "cartesian nonadiabatic coupling matrix elements", line)) {
+    fail_missing(file, "the couplings",
+                 "\"cartesian nonadiabatic coupling matrix elements\" in columns 12 to 58 behind the energy");
+  }
+  skip_rows(file, 1, "the couplings");
+  read_coupling_blocks(file, release(from) > newer_block_release, read.nacme);
+  check_divisors(file, read);
+  for (int i = 1; i <= read.natom(); ++i) {
+    for (int c = 1; c <= 3; ++c) read.tranele(c, i) = read.e_vert * read.nacme(c, i) / read.z(i);
   }
 }
 

@@ -46,14 +46,10 @@ std::string del_space(std::string_view a) {
 }
 
 bool is_number(std::string_view a) {
-  a = trim(adjustl(a));
   return !a.empty() && std::all_of(a.begin(), a.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-bool is_letter(std::string_view a) {
-  a = trim(adjustl(a));
-  return !a.empty() && std::all_of(a.begin(), a.end(), is_letter_char);
-}
+bool is_letter(std::string_view a) { return !a.empty() && std::all_of(a.begin(), a.end(), is_letter_char); }
 
 std::string name_base(std::string_view path) {
   path = trim(adjustl(path));

@@ -44,7 +44,7 @@ states with_dipole(states state, const std::string& content) {
   const std::string name = scratch("tdip.dat");
   write_text(name, content);
   state.dipole.ftdipd = name;
-  get_tdipd(state);
+  get_tdipd({&state, 1});
   return state;
 }
 

@@ -63,7 +63,7 @@ states with_couplings(states state, const std::string& content) {
   const std::string name = scratch("nac.out");
   write_text(name, content);
   state.couplings.fnacm = name;
-  get_nacme(state);
+  get_nacme({&state, 1});
   return state;
 }
 
@@ -125,10 +125,9 @@ states real_state(const std::filesystem::path& folder, const char* ffreq, const 
   states state;
   state.file.ffreq = (folder / ffreq).string();
   state.couplings.fnacm = (folder / fnacm).string();
-  get_na(state);
-  get_oniom_index(state);
-  get_hess(state.file, state.atoms, state.force);
-  get_nacme(state);
+  qm_file file = get_na(state.file, state.atoms);
+  get_hess(std::move(file), state.file, state.atoms, state.force);
+  get_nacme({&state, 1});
   get_inertial(state);
   get_proj_hessian(state, 1);
   get_freq(state);

@@ -22,7 +22,7 @@ class atom_count : public testing::Test {
     folder_.write(name, content);
     states s;
     s.file.ffreq = name;
-    get_na(s);
+    get_na(s.file, s.atoms);
     return s;
   }
 
@@ -54,7 +54,8 @@ TEST_F(atom_count, layer_h_is_kept_and_other_layers_are_left_out) {
   states s = state_of(oniom_log("HLHhL"));
   EXPECT_EQ(s.atoms.natom, 2);
   EXPECT_EQ(s.file.nqmmm, 5);
-  get_oniom_index(s);
+  qm_file log = open_qm_file("mol.log");
+  get_oniom_index(log, s.atoms.natom, s.file);
   const int places[] = {1, 2, 3, 7, 8, 9};
   ASSERT_EQ(s.file.iqm3.size(), 6);
   for (int k = 1; k <= 6; ++k) EXPECT_EQ(s.file.iqm3(k), places[k - 1]);

@@ -43,11 +43,8 @@ void expect_choice(const molecule& m, const std::string& log, const std::string&
                    const char* warned) {
   qm_file log_file = opened(log);
   qm_file checkpoint_file = opened(checkpoint);
-  array2<double> x;
-  array2<double> fc;
-  int info = 0;
-  qm_file_coord(log_file, 4, x, info);
-  qm_file_fc(checkpoint_file, 4, fc, info);
+  array2<double> x = qm_file_coord(log_file, 4);
+  const array2<double> fc = qm_file_fc(checkpoint_file, 4);
   const array2<double> last = x;
   const ending e = ending_of([&] { fit_gaussian_coord(log_file, checkpoint_file, fc, x); });
   for (int k = 0; k < 12; ++k) EXPECT_NEAR(x.data()[k], m.x.data()[k], 2e-6);

@@ -36,15 +36,13 @@ std::string fc_output(const sample_kind& kind, const molecule& m) {
 // Everything that a run reads.
 molecule read_all(std::string_view output, std::string_view fc_file) {
   molecule m;
-  int natom = 0;
-  int info = -1;
   qm_file file = opened(output);
-  qm_file_natom(file, natom, info);
-  qm_file_nat(file, natom, m.nat, info);
-  qm_file_mass(file, natom, m.mass, info);
-  qm_file_coord(file, natom, m.x, info);
+  const int natom = qm_file_natom(file).value_or(0);
+  m.nat = qm_file_nat(file, natom);
+  m.mass = qm_file_mass(file, natom);
+  m.x = qm_file_coord(file, natom);
   qm_file hessian = opened(fc_file);
-  qm_file_fc(hessian, natom, m.fc, info);
+  m.fc = qm_file_fc(hessian, natom);
   return m;
 }
 
@@ -171,9 +169,7 @@ TEST(qm_file, damage_is_told_with_its_line_or_in_the_words_of_the_program_that_s
 
 TEST(qm_file, a_numforce_atom_of_no_element_is_told_and_stops) {
   qm_file file = opened(changed(numforce_output(sample_molecule()), "    2    8 ", "    2  119 "));
-  array1<int> nat;
-  int info = 0;
-  const ending e = ending_of([&] { qm_file_nat(file, 4, nat, info); });
+  const ending e = ending_of([&] { qm_file_nat(file, 4); });
   EXPECT_EQ(e.status, 0);
   EXPECT_EQ(e.told, " Error!\nnat(2) = 119 is out of [1,118]\n");
 }

@@ -1,11 +1,11 @@
 // Tests of the coupling readers: a file of each program, and what is said of broken ones.
-#include "couplings/nacme_readers.hpp"  // for qm_file_nacme
+#include "readers/qm_file.hpp"  // for qm_file_nacme
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "readers/file_type.hpp"  // for qm_file and qm_file_type
+#include "readers/file_type.hpp"  // for open_qm_file
 #include "text/layout.hpp"        // for layout, value
 #include "text/stop.hpp"          // for run_end
 
@@ -114,19 +114,9 @@ std::string turbomole_out(const std::string& version, bool newer_layout) {
   return out + "\n    egrad : all done  ****\n";
 }
 
-struct result {
-  array2<double> nacme, tranele;
-  double e_vert = 0.0;
-};
-
-result read(const std::string& content, int natom) {
-  qm_file file{input_file::from_memory("nac.out", content), "", "", -1};
-  qm_file_type(file.file, file.type, file.version, file.info);
-  result got;
-  int info = -1;
-  qm_file_nacme(file, natom, got.nacme, got.tranele, got.e_vert, info);
-  EXPECT_EQ(info, 0);
-  return got;
+file_couplings read(const std::string& content, int natom) {
+  qm_file file = open_qm_file(input_file::from_memory("nac.out", content));
+  return qm_file_nacme(file, natom);
 }
 
 // The message that ends the run; empty when it goes on.
@@ -149,7 +139,7 @@ std::string replaced(std::string in, const std::string& from, const std::string&
 TEST(nacme_readers,
      fields_and_couplings_of_three_programs_are_of_their_atoms_and_scaled_by_charge_and_energy) {
   for (const std::string& file : {gaussian_log, nwchem_out, molpro_out}) {
-    const result got = read(file, 3);
+    const file_couplings got = read(file, 3);
     EXPECT_NEAR(got.e_vert, 0.2, 1e-5);
     const double field[] = {0.001, 0.002, -0.003, -0.004, 0.005, 0.006, 0.007, -0.008, 0.009};
     for (int k = 0; k < 9; ++k) {
@@ -163,7 +153,7 @@ TEST(nacme_readers,
 TEST(nacme_readers, turbomole_blocks_of_five_in_the_layout_of_the_release) {
   for (const std::string version : {"5-9-0", "6.3", "6.48", "6.49", "6.5", "7.4.1"}) {
     const bool newer = version > "6.48";
-    const result got = read(turbomole_out(version, newer), 6);
+    const file_couplings got = read(turbomole_out(version, newer), 6);
     for (int i = 1; i <= 6; ++i) {
       for (int c = 1; c <= 3; ++c) EXPECT_NEAR(got.nacme(c, i), -0.01 * i - 0.001 * c, 1e-9) << version;
     }

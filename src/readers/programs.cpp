@@ -1,0 +1,77 @@
+// The table of the kinds of files: the name and the readers of each.
+#include "readers/programs.hpp"  // for the readers
+
+#include <algorithm>
+
+#include "readers/isotope_table.hpp"  // for isotope_table_nat
+
+namespace vbn {
+
+namespace {
+
+constexpr kind_readers kinds[] = {
+    {.kind = file_kind::unknown, .name = ""},
+    {.kind = file_kind::chemshell,
+     .name = "CHEMSHELL",
+     .natom = chemshell_natom,
+     .nat = chemshell_nat,
+     .mass = chemshell_mass,
+     .coord = chemshell_coord,
+     .fc = chemshell_fc},
+    {.kind = file_kind::gaussian_log,
+     .name = "GAUSSIAN LOG",
+     .natom = gaussian_log_natom,
+     .nat = gaussian_log_nat,
+     .mass = gaussian_log_mass,
+     .coord = gaussian_log_coord,
+     .nacme = gaussian_log_nacme},
+    {.kind = file_kind::gaussian_fchk,
+     .name = "GAUSSIAN FCHK",
+     .natom = gaussian_fchk_natom,
+     .fc = gaussian_fchk_fc},
+    {.kind = file_kind::molpro,
+     .name = "MOLPRO",
+     .natom = molpro_natom,
+     .nat = molpro_nat,
+     .mass = molpro_mass,
+     .coord = molpro_coord,
+     .fc = molpro_fc,
+     .nacme = molpro_nacme},
+    {.kind = file_kind::numforce,
+     .name = "NUMFORCE",
+     .natom = numforce_natom,
+     .nat = numforce_nat,
+     .mass = numforce_mass,
+     .coord = numforce_coord,
+     .fc = numforce_fc,
+     .tdipd = numforce_tdipd},
+    {.kind = file_kind::nwchem,
+     .name = "NWCHEM",
+     .natom = nwchem_natom,
+     .nat = nwchem_nat,
+     .mass = nwchem_mass,
+     .coord = nwchem_coord,
+     .fc = nwchem_fc,
+     .nacme = nwchem_nacme},
+    {.kind = file_kind::turbomole,
+     .name = "TURBOMOLE",
+     .natom = turbomole_natom,
+     .nat = isotope_table_nat,
+     .mass = turbomole_mass,
+     .coord = turbomole_coord,
+     .fc = turbomole_fc,
+     .nacme = turbomole_nacme},
+    {.kind = file_kind::vasp, .name = "VASP", .natom = vasp_natom, .coord = vasp_coord},
+    {.kind = file_kind::cif, .name = "CIF", .natom = cif_natom},
+    {.kind = file_kind::pwout, .name = "PWOUT", .natom = pwout_natom},
+    {.kind = file_kind::wien2k_1, .name = "WIEN2K_1"},
+    {.kind = file_kind::wien2k_spe, .name = "WIEN2K_spe"},
+};
+
+}  // namespace
+
+const kind_readers& readers_of(file_kind kind) {
+  return *std::ranges::find(kinds, kind, &kind_readers::kind);
+}
+
+}  // namespace vbn
