@@ -23,33 +23,28 @@ const layout energies(R"((  f15.10," a.u. = ",f15.10," eV = ",f15.8," cm-1"))");
 const layout column_heads("(  2a6,a6,a12,8a18)");
 const layout mode_row("(2i6,a6,f12.2,3f18.10,f18.2,f18.6, 2f18.8, es18.8)");
 
-constexpr std::string_view explanation[] = {
-    "",
-    " Derivative Coupling before scaling and after scaling",
-    "",
-    " STEP 1:  Read nacm from output file.",
-    "          nacm_x = < \\Psi_b | \\frac{ \\parital H }{ \\partial x_{i \\alpha} | \\Psi_a > / ( E_a - E_b "
-    ")  (au)",
-    "",
-    " STEP 2:  Transform the coordinates form x to q.",
-    "          nacm_q = < \\Psi_b | \\frac{ \\parital H }{ \\partial q_{i \\alpha} | \\Psi_a > / ( E_a - E_b "
-    ")  (au)",
-    "          where q_{i \\alpha} = \\sqrt(m_i) * x_{i \\alpha}",
-    "",
-    " STEP 3:  Transform the coordinates form q to normal mode coordinates Q.",
-    "          nacm_q = < \\Psi_b | \\frac{ \\parital H }{ \\partial Q_j | \\Psi_a > / ( E_a - E_b )  (au)",
-    "",
-    " STEP 4:  Transform the normal mode coordinates Q to dimensionless coordinates Q^\\prime.",
-    "          nacm_q = < \\Psi_b | \\frac{ \\parital H }{ \\partial Q^\\prime_j | \\Psi_a > / ( E_a - E_b ) "
-    " (au)",
-    "          where Q^\\prime = Q * SQRT(w),    and w is the corresponding frequency.",
-    "",
-    "     nacm_before(  au):   < \\Psi_b | d/dQ \\Psi_a >                                (  au)",
-    "     nacm_before(   1):   < \\Psi_b | d/dQ \\Psi_a >  / SQRT(w/hbar)                (   1)",
-    "     nacm_after (  au):   < \\Psi_b | d/dQ \\Psi_a > * ( E_a - E_b ) / SQRT(w/hbar) (  au)",
-    "     nacm_after (cm-1):   < \\Psi_b | d/dQ \\Psi_a > * ( E_a - E_b ) / SQRT(w/hbar) (cm-1)",
-    "",
-};
+constexpr std::string_view explanation = R"(
+ Derivative Coupling before scaling and after scaling
+
+ STEP 1:  Read nacm from output file.
+          nacm_x = < \Psi_b | \frac{ \parital H }{ \partial x_{i \alpha} | \Psi_a > / ( E_a - E_b )  (au)
+
+ STEP 2:  Transform the coordinates form x to q.
+          nacm_q = < \Psi_b | \frac{ \parital H }{ \partial q_{i \alpha} | \Psi_a > / ( E_a - E_b )  (au)
+          where q_{i \alpha} = \sqrt(m_i) * x_{i \alpha}
+
+ STEP 3:  Transform the coordinates form q to normal mode coordinates Q.
+          nacm_q = < \Psi_b | \frac{ \parital H }{ \partial Q_j | \Psi_a > / ( E_a - E_b )  (au)
+
+ STEP 4:  Transform the normal mode coordinates Q to dimensionless coordinates Q^\prime.
+          nacm_q = < \Psi_b | \frac{ \parital H }{ \partial Q^\prime_j | \Psi_a > / ( E_a - E_b )  (au)
+          where Q^\prime = Q * SQRT(w),    and w is the corresponding frequency.
+
+     nacm_before(  au):   < \Psi_b | d/dQ \Psi_a >                                (  au)
+     nacm_before(   1):   < \Psi_b | d/dQ \Psi_a >  / SQRT(w/hbar)                (   1)
+     nacm_after (  au):   < \Psi_b | d/dQ \Psi_a > * ( E_a - E_b ) / SQRT(w/hbar) (  au)
+     nacm_after (cm-1):   < \Psi_b | d/dQ \Psi_a > * ( E_a - E_b ) / SQRT(w/hbar) (cm-1)
+)";
 
 void write_row(output_file& file, int i, double energy, double w, const text<6>& irrep, double nacme) {
   const double nacm_bf_q1 = nacme;
@@ -80,7 +75,7 @@ void write_nacme(std::string_view fname, double energy, const array1<double>& fr
   file.line(" Energy Difference at present geometry:");
   file.line("");
   file.write(energies, {energy, au_to_ev * energy, au_to_cm * energy});
-  for (const std::string_view line : explanation) file.line(line);
+  file.line(explanation);
   file.write(column_heads,
              {"m", "n", "irrep", "freq(cm-1)", "nacm_before(au)", "nacm_before(1)", "nacm_after(au)",
               "nacm_after(cm-1)", "nacm_after(eV)", "nacm_lin(cm-1)", "nacm_jpca(cm-1)", "nacm_jpca(s-1)"});

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "molecule/elements.hpp"  // for nat_to_radius
@@ -45,16 +46,13 @@ double distance(const array2<double>& x, int i, int j) {
 
 void set_bond(array2<bool_>& bond, int i, int j, bool bonded) { bond(i, j) = bond(j, i) = bonded; }
 
-// Covalent radii in angstrom. The lookup ends at the first element that its table does not hold, so atoms are
-// looked up one by one; one without an entry keeps 0, as those do whose entry is 0.
+// Covalent radii in angstrom, 0 for an element without one.
 array1<double> radii(const array1<int>& nat) {
   array1<double> radius(nat.size());
   for (int i = 1; i <= nat.size(); ++i) {
-    array1<double> one(1);
-    int info = 0;
-    nat_to_radius(array1<int>(1, nat(i)), one, info);
-    radius(i) = one(1);
-    if (info != 0)
+    const std::optional<double> known = nat_to_radius(nat(i));
+    radius(i) = known.value_or(0.0);
+    if (!known)
       warn("no bond radius is known for atomic number " + std::to_string(nat(i)) + " of atom " +
            std::to_string(i) + ": only the fixed distance limits give it bonds");
   }

@@ -177,15 +177,9 @@ int symbol_to_nat(std::string_view symbol) {
 
 double nat_to_mass(int nat) { return is_element(nat) ? element_of(nat).mass : 0.0; }
 
-void nat_to_radius(const array1<int>& nat, array1<double>& radius, int& info) {
-  info = 0;
-  for (int i = 1; i <= nat.size(); ++i) {
-    if (nat(i) < 1 || nat(i) > max_radius) {
-      info = -1;
-      return;
-    }
-    radius(i) = element_of(nat(i)).radius;
-  }
+std::optional<double> nat_to_radius(int nat) {
+  if (nat < 1 || nat > max_radius) return std::nullopt;
+  return element_of(nat).radius;
 }
 
 array1<text<10>> get_sym_num(const array1<text<2>>& symbol) {

@@ -1,6 +1,7 @@
 // The elements: symbols, masses and bond radii by atomic number.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "linalg/array.hpp"     // for array1
@@ -21,9 +22,8 @@ int symbol_to_nat(std::string_view symbol);
 // of which no mass is held, and for a number outside 1 to 118: who divides by a mass stops there first.
 double nat_to_mass(int nat);
 
-// Bond radius of each nat(i) in angstrom, 0.0 for Na, Mg, K and Ca. `info` is 0, or -1 for a number outside 1
-// to 105, whose radius and those after it stay as they were.
-void nat_to_radius(const array1<int>& nat, array1<double>& radius, int& info);
+// Bond radius in angstrom, 0.0 for Na, Mg, K and Ca; none for a number outside 1 to 105.
+std::optional<double> nat_to_radius(int nat);
 
 // The name of each atom by symbol and running number, as " C(3)".
 array1<text<10>> get_sym_num(const array1<text<2>>& symbol);

@@ -74,15 +74,15 @@ array2<double> chemshell_fc(input_file& file, int natom) {
   array2<double> fc = force_constant_matrix(file, natom);
   const int n3 = fc.rows();
   for (int kb = 1; kb <= n3; kb += block_columns) {
-    const int ke = std::min(kb + block_columns - 1, n3);
+    const int width = std::min(block_columns, n3 - kb + 1);
     skip_rows(file, lines_before_block, "a block of force constants");
     for (int j = 1; j <= n3; ++j) {
       if (!file.read_line(line)) fail(file.here("the file ends too early", std::string(expected)));
       const int wanted =
-          std::min(ke, j) - kb + 1;  // fields of the lower triangle, none of which may be blank
+          std::min(width, j - kb + 1);  // fields of the lower triangle, none of which may be blank
       double numbers[block_columns];
       if ((wanted > 0 && static_cast<int>(trim(line).size()) <= label_width + field_width * (wanted - 1)) ||
-          !read_fixed(line, row, std::span(numbers).first(static_cast<std::size_t>(ke - kb + 1)))) {
+          !read_fixed(line, row, std::span(numbers).first(static_cast<std::size_t>(width)))) {
         fail(file.here("cannot read the line", std::string(expected)));
       }
       for (int k = kb; k < kb + wanted; ++k) fc(k, j) = numbers[k - kb];

@@ -113,9 +113,10 @@ input_file without_tabs(input_file file) {
   for (std::size_t begin = 0; !content.empty(); begin = blanks.size()) {
     std::string_view line = content.substr(0, std::min(content.find('\n'), content.size() - 1) + 1);
     content.remove_prefix(line.size());
-    for (std::size_t tab; (tab = line.find('\t')) != std::string_view::npos; line.remove_prefix(tab + 1)) {
+    for (auto tab = line.find('\t'); tab != std::string_view::npos; tab = line.find('\t')) {
       blanks += line.substr(0, tab);
       blanks.append(tab_stop - (blanks.size() - begin) % tab_stop, ' ');
+      line.remove_prefix(tab + 1);
     }
     blanks += line;
   }
