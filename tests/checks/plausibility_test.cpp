@@ -1,5 +1,5 @@
 // Tests of the warnings about physical doubts: each is given where it is due and only there.
-#include "checks/plausibility.hpp"  // for warn_of_files
+#include "checks/plausibility.hpp"  // for warn_of_modes, warn_of_distance, warn_of_routes
 
 #include <gtest/gtest.h>
 
@@ -43,18 +43,6 @@ std::string told_by(Routine routine, const array1<states>& state) {
   testing::internal::CaptureStderr();
   routine(state);
   return testing::internal::GetCapturedStderr();
-}
-
-TEST(doubts, a_hessian_in_another_frame_and_unequal_elements_are_named) {
-  EXPECT_EQ(told_by(warn_of_files, pair_of(diatomic(1), diatomic(1))), "");
-  states other = diatomic(2);
-  other.file.ffreq = "b.out";
-  other.atoms.nat(2) = 9;
-  other.atoms.symbol(2) = "F";
-  const std::string told = told_by(warn_of_files, pair_of(diatomic(1), other));
-  EXPECT_NE(told.find("warning: state 2 (b.out): turning the molecule"), std::string::npos) << told;
-  EXPECT_EQ(told.find("state 1 (a.out): turning"), std::string::npos) << told;
-  EXPECT_NE(told.find("warning: atom 2 is H in a.out and F in b.out"), std::string::npos) << told;
 }
 
 TEST(doubts, linear_molecules_imaginary_and_surplus_zero_frequencies_are_counted) {

@@ -1,5 +1,5 @@
 // Tests of the transition dipole derivatives: their file, the match with a state, and the modes.
-#include "couplings/dipole.hpp"  // for get_tdipd, proj_dip and write_tdipd
+#include "couplings/dipole.hpp"  // for get_tdipd, proj_dip
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include "frame/inertial.hpp"        // for get_inertial
 #include "frame/projection.hpp"      // for get_proj_hessian
 #include "tests/frame/molecule.hpp"  // for spring_molecule and move_molecule
-#include "tests/written_file.hpp"    // for scratch, content_of and write_text
+#include "tests/written_file.hpp"    // for scratch, write_text
 #include "text/layout.hpp"           // for layout
 #include "text/stop.hpp"             // for run_end
 
@@ -116,17 +116,6 @@ TEST(dipole, file_of_other_masses_stops_as_told_and_broken_ones_with_a_message) 
     EXPECT_NE(end.text.find(it.message), std::string::npos) << end.text;
     EXPECT_EQ(testing::internal::GetCapturedStdout(), it.out);
   }
-}
-
-TEST(dipole, file_has_the_reference_with_index_0_and_the_modes_from_7_on) {
-  array1<double> dip0(3);
-  array2<double> tdipd_q(3, 9);
-  std::copy_n(some_dipole, 3, dip0.data());
-  for (int l = 1; l <= 3; ++l) tdipd_q(l, 7) = (l == 2 ? -0.7 : 0.7) + 0.0001 * l;
-  write_tdipd(dip0, tdipd_q, scratch("vbn"));
-  EXPECT_EQ(content_of(scratch("vbn.dip")).substr(0, 104),
-            "     0      0.2500000     -0.5000000      0.1250000\n"
-            "     7      0.7001000     -0.6998000      0.7003000\n");
 }
 
 }  // namespace

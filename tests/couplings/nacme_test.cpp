@@ -7,16 +7,11 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "couplings/nacme_projection.hpp"  // for proj_nacm
-#include "frame/hessian.hpp"               // for get_hess and get_freq
-#include "frame/inertial.hpp"              // for get_inertial
-#include "frame/projection.hpp"            // for get_proj_hessian
-#include "molecule/elements.hpp"           // for element_symbol
-#include "readers/atom_count.hpp"          // for get_na
-#include "tests/frame/molecule.hpp"        // for spring_molecule and move_molecule
-#include "tests/written_file.hpp"          // for scratch and write_text
-#include "text/layout.hpp"                 // for layout
-#include "text/stop.hpp"                   // for run_end
+#include "frame/inertial.hpp"        // for get_inertial
+#include "molecule/elements.hpp"     // for element_symbol
+#include "tests/frame/molecule.hpp"  // for spring_molecule and move_molecule
+#include "tests/written_file.hpp"    // for scratch and write_text
+#include "text/layout.hpp"           // for layout
 
 namespace vbn {
 namespace {
@@ -93,68 +88,6 @@ TEST(nacme, turned_file_gives_the_couplings_of_the_unturned_one_and_another_geom
   for (int i = 1; i <= state.atoms.natom; ++i) x(3, i) = -x(3, i);
   EXPECT_FALSE(with_couplings(state, coupling_file(state, x, v, state.atoms.mass)).couplings.ifnac)
       << "the mirror image";
-}
-
-TEST(nacme, other_atoms_and_other_masses_are_told_with_status_1) {
-  const states state = molecule();
-  const std::string file =
-      coupling_file(state, state.atoms.x, some_couplings(state.atoms.natom), state.atoms.mass);
-  states deuterated = state;
-  deuterated.atoms.mass(4) = 2.014101779;
-  const std::string files = "molecule.out is not equal to that in the file " + scratch("nac.out");
-  const struct {
-    states state;
-    std::string told;
-  } cases[] = {{spring_molecule(water), "  The number of atoms in file" + files + "\n  3  5\n  Stop!\n"},
-               {deuterated, "  The mass of atom in file " + files +
-                                "\n       4  H          2.014102         1.007825\n  Stop!\n"}};
-  for (const auto& it : cases) {
-    testing::internal::CaptureStdout();
-    try {
-      with_couplings(it.state, file);
-      ADD_FAILURE() << "the run goes on";
-    } catch (const run_end& end) {
-      EXPECT_EQ(end.status, 1);
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), it.told);
-  }
-}
-
-// State 1 of a real case with its modes and the couplings of a file on them.
-states real_state(const std::filesystem::path& folder, const char* ffreq, const char* fnacm) {
-  states state;
-  state.file.ffreq = (folder / ffreq).string();
-  state.couplings.fnacm = (folder / fnacm).string();
-  qm_file file = get_na(state.file, state.atoms);
-  get_hess(std::move(file), state.file, state.atoms, state.force);
-  get_nacme({&state, 1});
-  get_inertial(state);
-  get_proj_hessian(state, 1);
-  get_freq(state);
-  return state;
-}
-
-TEST(nacme, coupling_files_of_four_programs_give_the_same_couplings_by_mode) {
-  const char* data = std::getenv("VBN_REAL_DATA");
-  if (data == nullptr) GTEST_SKIP() << "VBN_REAL_DATA does not name the folder of the real cases";
-  const std::filesystem::path folder = std::filesystem::path(data) / "couplings" / "glyoxal";
-  const auto along = [](const states& state) {
-    return proj_nacm(state.couplings.nacme_x, state.atoms, state.modes.cm, 1).q;
-  };
-  const states reference = real_state(folder, "s0.dat", "nac_molpro.out");
-  EXPECT_TRUE(reference.couplings.ifnac);
-  for (const char* fnacm :
-       {"nac_gaussian.log", "nac_nwchem.out", "nac_turbomole63.out", "nac_turbomole65.out"}) {
-    const states state = real_state(folder, "s0.dat", fnacm);
-    EXPECT_TRUE(state.couplings.ifnac) << fnacm;
-    for (int m = 1; m <= state.atoms.n3; ++m) {
-      // The fields have six or seven decimals and the energy of the Gaussian file four.
-      EXPECT_NEAR(along(state)(m), along(reference)(m), 2e-6) << fnacm << " mode " << m;
-    }
-  }
-  EXPECT_FALSE(real_state(folder, "s0.dat", "nac_elsewhere.out").couplings.ifnac);
-  EXPECT_FALSE(real_state(folder, "s0.dat", "nac_state2.out").couplings.ifnac);
-  EXPECT_TRUE(real_state(folder, "t1.dat", "nac_state2.out").couplings.ifnac);
 }
 
 }  // namespace

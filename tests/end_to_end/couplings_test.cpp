@@ -71,16 +71,5 @@ TEST(couplings, go_to_the_state_of_the_files_geometry_and_to_state_1_when_both_h
   expect_same(on_1, on_both);
 }
 
-TEST(couplings, of_another_geometry_are_told_and_have_no_table_even_when_a_state_is_forced) {
-  whole_run run(examples / "glyoxal");
-  std::string file = run.read("nac_molpro.out");
-  const std::size_t at = file.rfind("2.8340011647");
-  ASSERT_NE(at, std::string::npos);
-  run.write("nac_molpro.out", file.replace(at, 12, "2.8440011647"));
-  EXPECT_TRUE(couplings_of(run, "ffreq = 's0.dat' 't1.dat', proj_nacme = 2").empty());
-  EXPECT_EQ(run.out, "Error! The coordiantes from nac_molpro.out are different from two states!\n");
-  EXPECT_NE(run.read("vbn.out").find("  NACME file 2       :  nac_molpro.out\n"), std::string::npos);
-}
-
 }  // namespace
 }  // namespace vbn::end_to_end

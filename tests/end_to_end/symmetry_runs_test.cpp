@@ -75,42 +75,5 @@ TEST(symmetry_runs, modes_follow_the_textbook_and_only_totally_symmetric_ones_ar
   }
 }
 
-TEST(symmetry_runs, pairing_within_representations_takes_each_mode_once) {
-  VBN_NEEDS_REAL_DATA();
-  for (const symmetric_case& c : symmetric_cases)
-    for (const char* sort : {"1", "2", "3"}) {
-      SCOPED_TRACE(std::string(c.folder) + " " + sort);
-      whole_run run(real_data() / c.folder);
-      const mode_table table = table_of(run, c, std::string(" if_symm = t sort_mode = ") + sort);
-      std::vector<int> g, e, all;
-      for (const mode_row& row : table.rows) {
-        g.push_back(row.g);
-        e.push_back(row.e);
-        all.push_back(row.n);
-        EXPECT_EQ(row.sym1, row.sym2);
-      }
-      EXPECT_TRUE(std::is_permutation(all.begin(), all.end(), g.begin(), g.end()));
-      EXPECT_TRUE(std::is_permutation(all.begin(), all.end(), e.begin(), e.end()));
-    }
-}
-
-TEST(symmetry_runs, state_turned_away_from_its_axes_stops_and_the_way_out_that_is_named_runs) {
-  VBN_NEEDS_REAL_DATA();
-  whole_run run(real_data() / "nwchem/ammonia");
-  const std::string input = "&vbn ffreq = 'neutral.out', 'cation.out' point_group = t ";
-  run.write("t.inp", input + "/\n");
-  run.run("t.inp");
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out.find(" Symmetric diagonalization are not same as diagonalization\n"), 0u);
-  EXPECT_NE(run.out.find(" Stop!\n"), std::string::npos);
-  EXPECT_NE(run.err.find("eckart_rot = 1"), std::string::npos);
-  EXPECT_FALSE(run.has("vbn.cart.dat"));
-  run.write("t.inp", input + "eckart_rot = 1 /\n");
-  run.run("t.inp");
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out, "");
-  EXPECT_TRUE(run.has("vbn.cart.dat"));
-}
-
 }  // namespace
 }  // namespace vbn::end_to_end

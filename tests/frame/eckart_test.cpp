@@ -68,46 +68,5 @@ TEST(eckart, a_turned_state_comes_back_onto_the_other_with_everything_in_its_fra
   }
 }
 
-TEST(eckart, the_log_tells_the_choice_all_candidates_and_the_one_selected) {
-  run_data run;
-  // The cross moment is diagonal and rises from z to x.
-  run.state(1) = run.state(2) = spring_molecule({{1, 1.0, {3.0, 0.0, 0.0}},
-                                                 {1, 1.0, {-3.0, 0.0, 0.0}},
-                                                 {1, 1.0, {0.0, 2.0, 0.0}},
-                                                 {1, 1.0, {0.0, -2.0, 0.0}},
-                                                 {1, 1.0, {0.0, 0.0, 1.0}},
-                                                 {1, 1.0, {0.0, 0.0, -1.0}}});
-  const std::string rule = std::string(80, '_') + "\n";
-  // Two axes turned round move their atoms by twice the coordinate: `sum` is the sum of the squares over 18.
-  const auto candidate = [&](int j, double sum, int sx, int sy, int sz) {
-    char rows[300];
-    std::snprintf(rows, sizeof rows,
-                  "Eckart rotation%4d  Delta x = %14.7f\n%15.7f%15.7f%15.7f\n%15.7f%15.7f%15.7f\n"
-                  "%15.7f%15.7f%15.7f\n",
-                  j, bohr_to_ang * std::sqrt(sum / 18.0), double(sx), 0.0, 0.0, 0.0, double(sy), 0.0, 0.0,
-                  0.0, double(sz));
-    return rule + rows;
-  };
-  EXPECT_EQ(log_of_step(run), rule +
-                                  "Do Eckart rotation\n\nSet Eckart rotation matrix automatically\n"
-                                  "The index of Eckart matrix order = 1\n" +
-                                  candidate(1, 0.0, 1, 1, 1) + candidate(2, 40.0, 1, -1, -1) +
-                                  candidate(3, 104.0, -1, -1, 1) + candidate(4, 80.0, -1, 1, -1) + rule +
-                                  "Select rotation   1\n");
-
-  run.input.set_eckart_order = 3;  // though it is not the nearest
-  const std::string forced = log_of_step(run);
-  EXPECT_NE(forced.find("Set Eckart rotation matrix manually\nThe index of Eckart matrix order = 3\n"),
-            std::string::npos);
-  EXPECT_TRUE(forced.ends_with("Select rotation   3\n"));
-  EXPECT_NEAR(run.state(1).atoms.x(1, 1), -3.0, 1e-12);
-
-  run.input.set_eckart_order = 5;  // no candidate: chosen by the program
-  for (double& element : run.state(2).atoms.x.span()) element *= 2.0e6;
-  EXPECT_NE(log_of_step(run).find("Delta x =      1.3199993E+06\n"), std::string::npos);
-  run.state(2).atoms.x = array2<double>(3, 6);  // all candidates are equally far
-  EXPECT_TRUE(log_of_step(run).ends_with("Select rotation   1\n"));
-}
-
 }  // namespace
 }  // namespace vbn

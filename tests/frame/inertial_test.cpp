@@ -53,28 +53,6 @@ TEST(inertial, any_molecule_stands_centred_and_right_handed_with_its_longest_ext
     for (int j = 1; j <= 3; ++j) EXPECT_EQ(rotation(i, j), i == j ? 1.0 : 0.0);
 }
 
-TEST(inertial, each_of_the_four_variants_is_found_with_its_vectors_and_a_tie_takes_the_first) {
-  states state = spring_molecule(chiral_molecule);
-  inertm(state.atoms.mass, state.atoms.x);
-  const double signs[4][3] = {{1, 1, 1}, {1, -1, -1}, {-1, 1, -1}, {-1, -1, 1}};
-  for (const auto& sign : signs) {
-    array2<double> reference = state.atoms.x;
-    for (int i = 1; i <= state.atoms.natom; ++i)
-      for (int a = 1; a <= 3; ++a) reference(a, i) *= sign[a - 1];
-    array2<double> x = state.atoms.x;
-    rotn(random_rotation(9), x.span());
-    array2<double> field = x;
-    for (double& coordinate : x.span()) coordinate += 5.0;  // fields are not shifted with the atoms
-    inertmv_ref(state.atoms.mass, reference, x, field.span());
-    expect_near(x, reference, 1e-13);
-    expect_near(field, reference, 1e-13);
-  }
-  array2<double> x = state.atoms.x;
-  inertmv_ref(state.atoms.mass, array2<double>(3, state.atoms.natom), x, {});
-  inertm(state.atoms.mass, state.atoms.x);
-  expect_near(x, state.atoms.x, 1e-13);
-}
-
 TEST(inertial, a_step_starts_from_the_weighted_matrix_and_reports_a_mirror_image_in_the_coupling_file) {
   states state = spring_molecule(chiral_molecule);
   move_molecule(state, random_rotation(11), {0.0, 2.0, 0.0});
@@ -103,37 +81,6 @@ TEST(inertial, a_step_starts_from_the_weighted_matrix_and_reports_a_mirror_image
                 state.atoms.x(2, 5) * bohr_to_ang, state.atoms.x(3, 5) * bohr_to_ang,
                 state.couplings.x_nac(1, 5), state.couplings.x_nac(2, 5), state.couplings.x_nac(3, 5));
   EXPECT_TRUE(told.ends_with(row)) << told;
-}
-
-TEST(inertial, dipole_derivatives_turn_in_their_component_alone_and_only_a_turn_is_warned_of) {
-  const auto warned = [](const states& state) {
-    CaptureStderr();
-    warn_of_dipole_turn(state.dipole);
-    return GetCapturedStderr();
-  };
-  states state = spring_molecule(chiral_molecule);
-  get_inertial(state);
-  state.dipole.ifdip = true;
-  state.dipole.ftdipd = "dipole.dat";
-  state.dipole.x_dip = state.atoms.x;
-  for (int l = 1; l <= 3; ++l) state.dipole.dip0(l) = state.dipole.tdipd_x(l, 2, 2) = l;
-  states turned = state;
-  get_inertial(state);
-  EXPECT_EQ(warned(state), "");
-
-  array2<double> quarter(3, 3);  // about z, x to y; the file's data need its inverse
-  quarter(2, 1) = quarter(3, 3) = 1.0;
-  quarter(1, 2) = -1.0;
-  rotn(quarter, turned.dipole.x_dip.span());
-  get_inertial(turned);
-  const double expected[3] = {2.0, -1.0, 3.0};
-  for (int l = 1; l <= 3; ++l) {
-    EXPECT_NEAR(turned.dipole.tdipd_x(l, 2, 2), expected[l - 1], 1e-12);
-    EXPECT_NEAR(turned.dipole.dip0(l), expected[l - 1], 1e-12);
-  }
-  EXPECT_EQ(warned(turned).rfind("warning: the transition dipole derivatives in dipole.dat", 0), 0u);
-  add_dipole_turn(turned.dipole, quarter);
-  EXPECT_EQ(warned(turned), "");
 }
 
 }  // namespace

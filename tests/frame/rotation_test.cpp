@@ -1,5 +1,5 @@
 // Tests of the rotation of vectors and force constants.
-#include "frame/rotation.hpp"  // for rotn, rot_fc
+#include "frame/rotation.hpp"  // for rot_fc
 
 #include <gtest/gtest.h>
 
@@ -42,15 +42,6 @@ TEST(rotation, force_constants_have_the_bits_of_the_sum_over_all_terms) {
     set_sym_matrix(fast);
     EXPECT_EQ(fast, plain) << "a symmetric matrix keeps its bits";
   }
-}
-
-TEST(rotation, vectors_turn_from_x_to_y_and_not_back) {
-  array2<double> quarter(3, 3);
-  quarter(2, 1) = quarter(3, 3) = 1.0;
-  quarter(1, 2) = -1.0;
-  std::vector<double> v = {1.0, 2.0, 3.0, 0.0, -1.0, 0.5};
-  rotn(quarter, v);
-  EXPECT_EQ(v, (std::vector<double>{-2.0, 1.0, 3.0, 1.0, 0.0, 0.5}));
 }
 
 }  // namespace

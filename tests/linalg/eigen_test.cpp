@@ -33,13 +33,6 @@ array2<double> random_symmetric(int n, unsigned seed) {
   return a;
 }
 
-array2<double> diagonal(const std::vector<double>& elements) {
-  const int n = static_cast<int>(elements.size());
-  array2<double> a(n, n);
-  for (int i = 1; i <= n; ++i) a(i, i) = elements[static_cast<std::size_t>(i - 1)];
-  return a;
-}
-
 // Force constants of a ring of n / 3 equal atoms with equal springs to the next and the next but one: its
 // eigenvalues come in pairs, as those of a symmetric molecule.
 array2<double> ring(int n) {
@@ -201,25 +194,6 @@ TEST(eigen, pairs_satisfy_the_eigenvalue_equation_and_vectors_are_orthonormal) {
       }
     }
   }
-}
-
-TEST(eigen, identity_keeps_its_unit_vectors_and_one_element_gives_itself) {
-  for (const int n : {1, 2, 6}) {
-    const array2<double> unit = diagonal(std::vector<double>(static_cast<std::size_t>(n), 1.0));
-    array1<double> eval;
-    array2<double> v;
-    int info = -1;
-    diag_symm(unit, eval, v, info);
-    EXPECT_EQ(info, 0);
-    EXPECT_EQ(v, unit);
-    EXPECT_EQ(eval, array1<double>(n, 1.0));
-  }
-  array1<double> eval;
-  array2<double> v;
-  int info = -1;
-  diag_symm(array2<double>(1, 1, -3.5), eval, v, info);
-  EXPECT_EQ(eval(1), -3.5);
-  EXPECT_EQ(v(1, 1), 1.0);
 }
 
 TEST(eigen, only_the_lower_triangle_is_read) {

@@ -1,5 +1,5 @@
 // Tests of the index sorts and of the routines that apply an index.
-#include "linalg/sorting.hpp"  // for dorder, indexx, sort_array_d, sort_array_a, sort_matrix
+#include "linalg/sorting.hpp"  // for dorder, indexx
 
 #include <gtest/gtest.h>
 
@@ -70,30 +70,6 @@ TEST(sorting, keys_that_are_no_numbers_end_in_an_index_of_all_elements) {
     indexx(keys, indx);
     std::ranges::sort(indx);
     for (int i = 1; i <= indx.size(); ++i) ASSERT_EQ(indx(i), i);
-  }
-}
-
-TEST(sorting, index_is_applied_to_reals_texts_and_columns) {
-  array1<int> indx(3);
-  indx(1) = 3, indx(2) = 1, indx(3) = 2;
-  array1<double> a(3);
-  array1<text<6>> name(3);
-  array2<double> c(2, 3);
-  const char* const names[] = {"Ag", "B1u", "B2gx"};
-  for (int i = 1; i <= 3; ++i) {
-    a(i) = 10.0 * i;
-    name(i) = names[i - 1];
-    c(1, i) = i;
-    c(2, i) = -i;
-  }
-  sort_array_d(a, indx);
-  sort_array_a(name, indx);
-  sort_matrix(c, indx);
-  for (int i = 1; i <= 3; ++i) {
-    EXPECT_EQ(a(i), 10.0 * indx(i));
-    EXPECT_EQ(name(i).trimmed(), names[indx(i) - 1]);
-    EXPECT_EQ(c(1, i), indx(i));
-    EXPECT_EQ(c(2, i), -indx(i));
   }
 }
 

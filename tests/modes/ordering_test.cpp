@@ -126,29 +126,6 @@ struct pairing {
 
 const std::vector<int> one_to_nine = {1, 2, 3, 4, 5, 6, 7, 8, 9};
 
-TEST(ordering, sort_mode_chooses_the_state_that_rises_or_the_size_of_the_overlap) {
-  pairing p(9);
-  p.exchange(7, 9, -1.0);
-  p.s1(8, 8) = 0.9;
-  p.run();
-  EXPECT_EQ(p.first(), one_to_nine);
-  EXPECT_EQ(p.second(), (std::vector<int>{1, 2, 3, 4, 5, 6, 9, 8, 7}));
-  p.keys.sort_mode = 2;
-  p.run();
-  EXPECT_EQ(p.second(), one_to_nine);
-  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 9, 8, 7}));
-  p.keys.sort_mode = 3;
-  p.run();
-  EXPECT_EQ(p.first()[8], 8);  // the smallest overlap comes last
-  for (const int other : {0, -1, 4}) {
-    p.keys.sort_mode = other;
-    p.keys.if_symm = true;
-    p.run();
-    EXPECT_EQ(p.first(), one_to_nine);
-    EXPECT_EQ(p.second(), one_to_nine);
-  }
-}
-
 TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_number) {
   pairing p(9);
   for (int i = 1; i <= 6; ++i) p.s1(i, i) = 0.0;
@@ -169,61 +146,6 @@ TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_n
   q.keys.n3all = true;  // a vibration may pair with a rotation
   q.run();
   EXPECT_EQ(q.second(), (std::vector<int>{1, 8, 3, 4, 5, 6, 7, 2, 9}));
-}
-
-// Modes 7 to 10 of twelve are of representation A1, 11 and 12 of B2, in both states.
-pairing symmetric_pairing() {
-  pairing p(12);
-  p.keys.if_symm = true;
-  p.symmetry.nrep = 2;
-  p.symmetry.ir_name(1) = "A1";
-  p.symmetry.ir_name(2) = "B2";
-  for (int i = 1; i <= 12; ++i) p.g.irrep(i) = p.e.irrep(i) = i <= 10 ? "A1" : "B2";
-  return p;
-}
-
-TEST(ordering, pairs_stay_within_their_representation_even_against_a_larger_overlap) {
-  for (const int sort_mode : {1, 2, 3}) {
-    pairing p = symmetric_pairing();
-    p.exchange(8, 12, 0.9);
-    p.exchange(7, 9, 0.8);
-    p.keys.sort_mode = sort_mode;
-    p.run();
-    EXPECT_EQ(p.pairs.unpaired, 0);
-    for (int i = 1; i <= 12; ++i) {
-      const int j = p.pairs.order_g(i);
-      const int k = p.pairs.order_e(i);
-      EXPECT_EQ(k, j == 7 ? 9 : j == 9 ? 7 : j) << sort_mode;
-      EXPECT_EQ(i <= 6, j <= 6);
-      EXPECT_EQ(i > 10, j > 10);  // blocks in the order of the names
-    }
-  }
-}
-
-TEST(ordering, surplus_modes_of_a_representation_stand_below_all_pairs_and_are_counted) {
-  pairing p = symmetric_pairing();
-  p.g.irrep(10) = "B2";
-  p.run();
-  EXPECT_EQ(p.pairs.unpaired, 1);
-  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 10}));
-  EXPECT_EQ(p.second(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 10}));
-}
-
-TEST(ordering, a_representation_of_one_state_only_is_skipped_and_the_last_rows_keep_their_numbers) {
-  pairing p = symmetric_pairing();
-  p.symmetry.nrep = 3;
-  p.symmetry.ir_name(1) = "A2";  // state 2 alone
-  p.symmetry.ir_name(3) = "A1";
-  for (int i = 7; i <= 8; ++i) p.g.irrep(i) = "B1";  // of no name at all
-  for (int i = 7; i <= 8; ++i) p.e.irrep(i) = "A2";
-  p.run();
-  EXPECT_EQ(p.pairs.unpaired, 2);
-  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 11, 12, 9, 10, 11, 12}));
-  EXPECT_EQ(p.second(), p.first());
-  p.symmetry.ir_name = array1<text<3>>(8);  // no point group was worked out
-  p.run();
-  EXPECT_EQ(p.pairs.unpaired, 6);
-  EXPECT_EQ(p.first(), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "molecule/elements.hpp"           // for nat_to_mass
-#include "molecule/constants.hpp"          // for bohr_to_ang
 #include "tests/readers/sample_files.hpp"  // for the sample files
 
 namespace vbn {
@@ -164,22 +163,6 @@ TEST(qm_file, damage_is_told_with_its_line_or_in_the_words_of_the_program_that_s
     EXPECT_EQ(e.status, d.status) << d.from;
     const bool as_told = d.status == 0 ? e.told == d.words : e.error.find(d.words) != std::string::npos;
     EXPECT_TRUE(as_told) << d.words << e.told << e.error;
-  }
-}
-
-TEST(qm_file, a_numforce_atom_of_no_element_is_told_and_stops) {
-  qm_file file = opened(changed(numforce_output(sample_molecule()), "    2    8 ", "    2  119 "));
-  const ending e = ending_of([&] { qm_file_nat(file, 4); });
-  EXPECT_EQ(e.status, 0);
-  EXPECT_EQ(e.told, " Error!\nnat(2) = 119 is out of [1,118]\n");
-}
-
-TEST(qm_file, unit_of_a_numforce_file_is_bohr_only_when_the_one_word_behind_the_marker_says_so) {
-  const std::string bohr = numforce_output(sample_molecule());
-  for (const char* marker : {" bohr", " BOHR", "", " Angstrom", " in bohr"}) {
-    const molecule m = read_all(changed(bohr, " Bohr", marker), bohr);
-    EXPECT_EQ(m.x(1, 1), -1.25 / (marker[0] != '\0' && (marker[1] | 32) == 'b' ? 1.0 : bohr_to_ang))
-        << marker;
   }
 }
 

@@ -9,7 +9,7 @@
 #include "frame/inertial.hpp"            // for get_inertial
 #include "linalg/matmul.hpp"             // for matmul
 #include "text/stop.hpp"                 // for run_end
-#include "tests/symmetry/molecules.hpp"  // for molecule, textbook_cases, of_group
+#include "tests/symmetry/molecules.hpp"  // for molecule, of_group
 
 namespace vbn {
 namespace {
@@ -71,60 +71,6 @@ TEST(enforcement, noise_below_the_tolerance_is_gone_from_geometry_and_hessian_in
     point_group1(state, 1e-12);
     EXPECT_EQ(state.symmetry.new_pgrp.str(), group);
   }
-}
-
-TEST(enforcement, symmetrised_hessian_and_not_the_one_before_is_what_the_inertial_frame_turns) {
-  states state = molecule(of_case(textbook_cases(), "water"));
-  get_inertial(state);
-  // The hydrogens' own elements differ; atom 2 stands for atom 3.
-  change_fc(state, [](array2<double>& fc) { fc(4, 4) += 0.004; });
-  const double of_atom_2 = state.force.fc()(4, 4);
-  get_enforce_symm(state, true);
-  EXPECT_NEAR(state.force.fc()(4, 4), of_atom_2, 1e-12);
-  EXPECT_NEAR(state.force.fc()(7, 7), of_atom_2, 1e-12);
-  EXPECT_NEAR(state.force.fcm()(7, 7), of_atom_2 / state.atoms.massau(3), 1e-15);
-}
-
-TEST(enforcement, without_the_key_and_in_c1_nothing_changes) {
-  for (const bool key : {false, true}) {
-    states state = molecule(of_case(textbook_cases(), key ? "four different atoms" : "ethylene"));
-    add_noise(state, 0.001);
-    const states before = state;
-    get_enforce_symm(state, key);
-    EXPECT_EQ(state.atoms.x, before.atoms.x);  // the frame of the geometry given is no inertial one
-    EXPECT_EQ(state.force.fc(), before.force.fc());
-    EXPECT_EQ(state.symmetry.new_pgrp.str(), key ? "C1" : "D2H");
-  }
-}
-
-TEST(enforcement, geometry_off_by_more_than_the_tolerance_loses_the_operations_and_stays_unenforced) {
-  atoms list = of_case(textbook_cases(), "water");
-  list[1].x += 0.02;
-  states state = molecule(list);
-  get_inertial(state);
-  get_enforce_symm(state, true);
-  EXPECT_EQ(state.symmetry.new_pgrp.str(), "CS(z)");
-  EXPECT_GT(std::abs(state.atoms.x(1, 2) + state.atoms.x(1, 3)), 0.001);
-}
-
-TEST(enforcement, hessian_off_by_more_than_the_tolerance_stops_the_run_with_its_lines) {
-  states state = molecule(of_case(textbook_cases(), "nitrogen"));
-  get_inertial(state);
-  // All elements of atom 2 with itself: 9 of 36 are off by 0.05.
-  change_fc(state, [](array2<double>& fc) {
-    for (int a = 4; a <= 6; ++a)
-      for (int b = 4; b <= 6; ++b) fc(a, b) += 0.05;
-    fc(1, 2) = fc(2, 1) = 0.0125;
-  });
-  const told result = tell_of([&] { get_enforce_symm(state, true); });
-  EXPECT_TRUE(result.stopped);
-  EXPECT_NE(result.out.find("Set mirror fc(     1 ,     2 ) =       0.0125000 > tol(      0.0100000 )\n"),
-            std::string::npos);
-  EXPECT_NE(result.out.find("  tol =       0.0100000\n"
-                            "  dx  =       0.02"),
-            std::string::npos)
-      << result.out;
-  EXPECT_EQ(result.out.substr(result.out.size() - 44), "  dx > tol, fs is not the same as f0, stop!\n");
 }
 
 TEST(enforcement, mirror_cleaning_keeps_large_couplings_and_atoms_off_the_plane) {
@@ -217,34 +163,6 @@ TEST(enforcement, couplings_may_be_odd_and_those_of_no_parity_stay) {
   EXPECT_EQ(enforced(vectors({1, 2, 3, 1, 2, 3})), vectors({1, 2, 3, 1, 2, 3}));
   // Small ones count as even first.
   EXPECT_EQ(enforced(vectors({0.001, 0, 0, 0.001, 0, 0})), vectors({0.001, 0, 0, -0.001, 0, 0}));
-}
-
-TEST(enforcement, couplings_and_their_geometry_are_enforced_with_the_state) {
-  states state = molecule(of_case(textbook_cases(), "water"));
-  get_inertial(state);
-  state.couplings.ifnac = true;
-  state.couplings.x_nac = state.atoms.x;
-  state.couplings.x_nac(1, 3) += 0.001;
-  state.couplings.nacme_x = vectors({0.3, 0, 0, 0.1, 0.2, 0, 0.102, -0.199, 0});  // odd under the rotation
-  get_enforce_symm(state, true);
-  EXPECT_NEAR(state.couplings.x_nac(1, 3), -state.couplings.x_nac(1, 2), 1e-12);
-  EXPECT_NEAR(state.couplings.nacme_x(1, 3), state.couplings.nacme_x(1, 2), 1e-12);
-  EXPECT_NEAR(state.couplings.nacme_x(2, 3), -state.couplings.nacme_x(2, 2), 1e-12);
-}
-
-TEST(enforcement, single_large_deviation_of_a_large_hessian_is_told_and_passes) {
-  states state = molecule(of_case(textbook_cases(), "nitrogen"));
-  const symmetry_search found = point_group1(state);
-  array2<double> fc(6, 6);
-  fc(2, 2) = 0.5;
-  fc(5, 5) = 0.53;
-  const told result = tell_of([&] { get_array9(found, fc, 0.01); });
-  EXPECT_FALSE(result.stopped);
-  EXPECT_EQ(result.out,
-            "get_array9:   5     5     2     2         2   2     2   2     2   1     2   1         1"
-            "      0.0009000      0.5000000      0.5300000      0.5000000\n");
-  EXPECT_EQ(fc(2, 2), 0.5);
-  EXPECT_EQ(fc(5, 5), 0.5);
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "linalg/matmul.hpp"             // for matmul
-#include "text/stop.hpp"                 // for run_end
 #include "tests/symmetry/molecules.hpp"  // for molecule, textbook_cases, of_group
 
 namespace vbn {
@@ -145,21 +144,6 @@ TEST(point_group, in_every_group_representatives_are_those_of_the_scan_over_all_
   }
 }
 
-TEST(point_group, in_every_group_the_adapted_coordinates_leave_nothing_between_representations) {
-  for (int npg = 1; npg <= n_point_group; ++npg) {
-    SCOPED_TRACE(pg_name(npg));
-    states state = molecule(of_group(npg, 0.0));
-    point_group1(state);
-    expect_sound_basis(state);
-    const array2<double> blocks = matmul(matmul(state.symmetry.trans_symm, state.force.fc()),
-                                         state.symmetry.trans_symm, op::plain, op::transposed);
-    for (int r = 1; r <= state.symmetry.nrep; ++r)
-      for (int i = state.symmetry.nr_lw(r); i <= state.symmetry.nr_hi(r); ++i)
-        for (int j = state.symmetry.nr_hi(r) + 1; j <= state.atoms.n3; ++j)
-          EXPECT_NEAR(blocks(i, j), 0.0, 1e-14);
-  }
-}
-
 TEST(point_group, heavy_isotopes_take_away_the_operations_that_exchange_them_with_light_ones) {
   const std::vector<textbook_case> cases = textbook_cases();
   const auto heavy = [&](const std::string& name, std::initializer_list<std::size_t> places) {
@@ -177,59 +161,6 @@ TEST(point_group, heavy_isotopes_take_away_the_operations_that_exchange_them_wit
   atoms nearly = of_case(cases, "water");
   nearly[1].mass = 1.007825 + 1e-9;
   EXPECT_EQ(group_of_atoms(nearly), "CS(z)");
-}
-
-TEST(point_group, distance_equal_to_the_tolerance_is_a_match_and_one_above_is_none) {
-  const double tol = 1.0 / 128.0;
-  const atoms at_tol = {{1, 1.0 + tol, 0, 0.5}, {1, -1.0, 0, 0.5}, {8, 0, 0.25, 0}};
-  EXPECT_EQ(group_of_atoms(at_tol, tol), "CS(x)");
-  EXPECT_EQ(group_of_atoms(at_tol, std::nextafter(tol, 0.0)), "C1");
-  // An atom off the plane by d is 2 d away from its image.
-  const atoms off = {{1, 1.0, 0, 0.5}, {1, -1.0, 0, 0.5}, {8, tol / 2, 0.25, 0}};
-  EXPECT_EQ(group_of_atoms(off, tol), "CS(x)");
-  EXPECT_EQ(group_of_atoms(off, std::nextafter(tol, 0.0)), "C1");
-}
-
-TEST(point_group, atoms_closer_than_a_tenth_of_a_bohr_stop_the_run) {
-  EXPECT_EQ(group_of_atoms({{1, 0, 0, 0}, {1, 0.1, 0, 0}}), "C2V(x)");
-  for (const double x : {0.0999999, 0.0}) {
-    states state = molecule({{8, 2, 0, 0}, {1, 0, 0, 0}, {1, x, 0, 0}});
-    testing::internal::CaptureStdout();
-    EXPECT_THROW(point_group1(state), run_end);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "\n Error! Wrong coordinate in subroutine point_group1\n\n");
-  }
-}
-
-TEST(point_group, tolerance_of_zero_takes_exact_images_and_one_below_zero_stops_the_run) {
-  const atoms water = of_case(textbook_cases(), "water");
-  EXPECT_EQ(group_of_atoms(water, 0.0), "C2V(y)");
-  atoms moved = water;
-  moved[1].x = std::nextafter(moved[1].x, 2.0);
-  EXPECT_EQ(group_of_atoms(moved, 0.0), "CS(z)");
-  EXPECT_EQ(group_of_atoms(water, std::numeric_limits<double>::quiet_NaN()), "C1");
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  EXPECT_THROW(group_of_atoms(water, -1.0), run_end);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), " x_symm is not the same as x, stop!\n");
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("symm_tol is below zero"), std::string::npos);
-}
-
-TEST(point_group, tolerance_beyond_the_distance_of_like_atoms_gives_c1_and_a_basis_without_gaps) {
-  testing::internal::CaptureStderr();
-  for (const double tol : {0.6, 1.0, 2.0, 3.0, 4.0, 6.0, 100.0})
-    for (const textbook_case& c : textbook_cases()) {
-      SCOPED_TRACE(c.name + " " + std::to_string(tol));
-      states state = molecule(c.list);
-      const symmetry_search found = point_group1(state, tol);
-      expect_sound_basis(state);
-      for (int p = 1; p <= n_symm_op; ++p)
-        for (int i = 1; found.op(p) && i <= state.atoms.natom; ++i)
-          EXPECT_EQ(found.jreln(found.jreln(i, p), p), i);
-    }
-  const std::string told = testing::internal::GetCapturedStderr();
-  EXPECT_NE(told.find("warning: symm_tol is so large that"), std::string::npos);
-  EXPECT_NE(told.find("(C1)"), std::string::npos);
 }
 
 TEST(point_group, operations_that_form_no_group_leave_the_molecule_without_symmetry) {

@@ -125,26 +125,6 @@ constexpr layout_in_use layouts_in_use[] = {
 };
 // clang-format on
 
-TEST(layout, every_layout_in_use_parses_to_its_columns) {
-  for (const auto& [columns, count, notation] : layouts_in_use) {
-    const layout parsed(notation);
-    std::vector<value> values;
-    using enum layout::item_kind;
-    for (const layout::item& item : parsed.items()) {
-      if (item.kind == characters) values.emplace_back("ab");
-      if (item.kind == integer) values.emplace_back(7);
-      if (item.kind == fixed || item.kind == exponent || item.kind == scientific) values.emplace_back(0.5);
-    }
-    std::string out;
-    parsed.write(out, values);
-    EXPECT_EQ(values.size(), count) << notation;
-    EXPECT_EQ(out.size(), columns + 1) << notation;
-    EXPECT_EQ(std::count(out.begin(), out.end(), '*'),
-              std::count(notation, notation + std::strlen(notation), '*'))
-        << notation;
-  }
-}
-
 TEST(layout, values_stand_in_their_columns_and_a_line_ends_at_the_first_item_without_one) {
   const struct {
     const char* notation;
