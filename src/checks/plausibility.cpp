@@ -5,12 +5,13 @@
 #include <cmath>
 #include <string>
 
-#include "frame/inertial.hpp"      // for inertm
-#include "frame/projection.hpp"    // for com, formtrm1
-#include "molecule/constants.hpp"  // for au_to_cm, bohr_to_ang
-#include "text/number.hpp"         // for write_fixed
-#include "text/stop.hpp"           // for warn
-#include "text/words.hpp"          // for adjustl
+#include "frame/inertial.hpp"            // for inertm
+#include "molecule/constants.hpp"        // for au_to_cm, bohr_to_ang, external_modes, first_vibration
+#include "molecule/external_motion.hpp"  // for rotational_residual
+#include "molecule/geometry.hpp"         // for root_mean_square_of_atoms
+#include "text/number.hpp"               // for write_fixed
+#include "text/stop.hpp"                 // for warn
+#include "text/words.hpp"                // for adjustl
 
 namespace vbn {
 
@@ -34,32 +35,6 @@ std::string of_state(const states& state, int k) {
   return "state " + std::to_string(k) + " (" + state.file.ffreq.str() + ")";
 }
 
-// How much a turn of the molecule as a whole changes the force on it, in parts of the largest force that a
-// normalised mass-weighted displacement of one coordinate gives. Of a Hessian at a stationary point in the
-// frame of `x0` it is the noise of the calculation.
-double turn_felt(const states& state) {
-  array2<double> xc = state.atoms.x;
-  com(state.atoms.massau, xc);
-  const array2<double> v = formtrm1(state.atoms.massau, xc);
-  double largest = 0.0;
-  for (int j = 1; j <= state.atoms.n3; ++j) {
-    double column = 0.0;
-    for (int i = 1; i <= state.atoms.n3; ++i) column += state.force.fcm()(i, j) * state.force.fcm()(i, j);
-    largest = std::max(largest, std::sqrt(column));
-  }
-  double felt = 0.0;
-  for (int turn = 4; turn <= 6; ++turn) {
-    double force = 0.0;
-    for (int i = 1; i <= state.atoms.n3; ++i) {
-      double row = 0.0;
-      for (int j = 1; j <= state.atoms.n3; ++j) row += state.force.fcm()(j, i) * v(j, turn);
-      force += row * row;
-    }
-    felt = std::max(felt, std::sqrt(force));
-  }
-  return largest > 0.0 ? felt / largest : 0.0;
-}
-
 bool is_linear(const states& state) {
   array2<double> x = state.atoms.x;
   inertm(state.atoms.massau, x);
@@ -74,7 +49,7 @@ bool is_linear(const states& state) {
 void warn_of_files(const array1<states>& state) {
   for (int k = 1; k <= 2; ++k) {
     if (state(k).file.ifoniom) continue;  // a layer alone feels the other one
-    const double felt = turn_felt(state(k));
+    const double felt = rotational_residual(state(k).force.fcm(), state(k).atoms.massau, state(k).atoms.x);
     if (felt < frame_limit) continue;
     warn(of_state(state(k), k) + ": turning the molecule changes the force on it by " +
          with_digits(100.0 * felt, 1) +
@@ -111,7 +86,7 @@ void warn_of_modes(const array1<states>& state) {
            with_digits(au_to_cm * it.modes.freq(1), 2) +
            " cm-1; they stand first and move the modes of no frequency up");
     }
-    if (zero > 6) {
+    if (zero > external_modes) {
       warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " + with_digits(near_zero, 1) +
            " cm-1, six of which are translations and rotations; the Huang-Rhys factors of the others mean "
            "little");
@@ -121,28 +96,22 @@ void warn_of_modes(const array1<states>& state) {
 
 void warn_of_distance(const array1<states>& state) {
   const states& one = state(1);
-  double square = 0.0;
-  for (int i = 1; i <= one.atoms.natom; ++i) {
-    for (int a = 1; a <= 3; ++a) {
-      const double d = bohr_to_ang * (state(2).atoms.x(a, i) - one.atoms.x(a, i));
-      square += d * d;
-    }
-  }
-  const double distance = std::sqrt(square / one.atoms.natom);
+  const double distance = bohr_to_ang * root_mean_square_of_atoms(state(2).atoms.x, one.atoms.x);
   if (distance > far_apart) {
     warn("the two geometries are " + with_digits(distance, 3) +
          " angstrom (root mean square) apart: another conformer or another order of the atoms, or a motion "
          "too large "
          "for Cartesian displacements");
   }
-  if (one.atoms.n3 <= 6) return;
+  if (one.atoms.n3 < first_vibration) return;
   double alike = 0.0;
-  for (int i = 7; i <= one.atoms.n3; ++i) {
+  for (int i = first_vibration; i <= one.atoms.n3; ++i) {
     double largest = 0.0;
-    for (int j = 7; j <= one.atoms.n3; ++j) largest = std::max(largest, std::abs(one.modes.s(i, j)));
+    for (int j = first_vibration; j <= one.atoms.n3; ++j)
+      largest = std::max(largest, std::abs(one.modes.s(i, j)));
     alike += largest * largest;
   }
-  alike /= one.atoms.n3 - 6;
+  alike /= one.atoms.n3 - external_modes;
   if (alike < little_alike) {
     warn("the modes of the two states hardly resemble each other (mean square of the largest overlaps " +
          with_digits(alike, 2) + "): another conformer or another order of the atoms");

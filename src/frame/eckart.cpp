@@ -7,7 +7,9 @@
 #include "frame/inertial.hpp"      // for add_dipole_turn
 #include "frame/rotation.hpp"      // for rotn, rotate_force
 #include "linalg/eigen.hpp"        // for tred2e, tql2e
+#include "linalg/vector3.hpp"      // for make_right_handed
 #include "molecule/constants.hpp"  // for bohr_to_ang
+#include "molecule/geometry.hpp"   // for root_mean_square_of_coordinates
 #include "text/layout.hpp"         // for layout
 #include "text/output_file.hpp"    // for output_file
 
@@ -37,13 +39,6 @@ array2<double> axes_of(const array2<double>& a) {
   return z;
 }
 
-// Column 3 becomes the cross product of columns 1 and 2.
-void make_right_handed(array2<double>& z) {
-  z(1, 3) = z(2, 1) * z(3, 2) - z(3, 1) * z(2, 2);
-  z(2, 3) = z(3, 1) * z(1, 2) - z(1, 1) * z(3, 2);
-  z(3, 3) = z(1, 1) * z(2, 2) - z(2, 1) * z(1, 2);
-}
-
 array2<double> candidate(const array3<double>& t, int j) {
   array2<double> rot(3, 3);
   for (int k = 1; k <= 3; ++k)
@@ -51,17 +46,10 @@ array2<double> candidate(const array3<double>& t, int j) {
   return rot;
 }
 
-// Root mean square displacement per coordinate, in angstrom, between x1 turned by `rot` and x2.
+// Root mean square displacement per coordinate, in angstrom, between x1 rotated by `rot` and x2.
 double distance(array2<double> x1, const array2<double>& x2, const array2<double>& rot) {
   rotn(rot, x1.span());
-  double sum = 0.0;
-  for (int i = 1; i <= x1.cols(); ++i) {
-    for (int a = 1; a <= 3; ++a) {
-      const double d21 = x2(a, i) - x1(a, i);
-      sum += d21 * d21;
-    }
-  }
-  return bohr_to_ang * std::sqrt(sum / (3 * x1.cols()));
+  return bohr_to_ang * root_mean_square_of_coordinates(x1, x2);
 }
 
 void report_candidates(output_file& fout, const array3<double>& t, const array1<double>& dis, int minj) {

@@ -2,15 +2,16 @@
 #include "frame/inertial.hpp"  // for get_inertial
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <string>
 #include <utility>
 
 #include "frame/rotation.hpp"      // for rotn, rot_fc
 #include "linalg/eigen.hpp"        // for diag_symm, tred2e, tql2e
-#include "linalg/matmul.hpp"       // for matmul
+#include "linalg/matmul.hpp"       // for matmul, transposed
+#include "linalg/vector3.hpp"      // for make_right_handed
 #include "molecule/constants.hpp"  // for bohr_to_ang
+#include "molecule/geometry.hpp"   // for com, root_sum_square, root_mean_square_of_coordinates
 #include "text/fixed_text.hpp"     // for text
 #include "text/layout.hpp"         // for layout
 #include "text/output_file.hpp"    // for tell_free, tell
@@ -33,19 +34,9 @@ constexpr double axis_signs[4][3] = {
 
 // Shifts `x` to its centre of mass and returns its inertia tensor about that.
 array2<double> centred_inertia_tensor(const array1<double>& mass, array2<double>& x) {
-  const int n = x.cols();
-  double mass_tot = 0.0;
-  std::array<double, 3> mcenter{};
-  for (int i = 1; i <= n; ++i) mass_tot += mass(i);
-  for (int a = 1; a <= 3; ++a) {
-    double& centre = mcenter[static_cast<std::size_t>(a - 1)];
-    for (int i = 1; i <= n; ++i) centre += mass(i) * x(a, i);
-    centre /= mass_tot;
-    for (int i = 1; i <= n; ++i) x(a, i) -= centre;
-  }
-
+  com(mass, x);
   array2<double> moment(3, 3);
-  for (int i = 1; i <= n; ++i) {
+  for (int i = 1; i <= x.cols(); ++i) {
     const double m = mass(i);
     const double px = x(1, i);
     const double py = x(2, i);
@@ -69,14 +60,8 @@ array2<double> rotation_onto_axes(array2<double> vector) {
     if (max_abs(vector.column(k)) < 0.0)
       for (int a = 1; a <= 3; ++a) vector(a, k) = -vector(a, k);
   }
-  vector(1, 3) = vector(2, 1) * vector(3, 2) - vector(3, 1) * vector(2, 2);
-  vector(2, 3) = vector(3, 1) * vector(1, 2) - vector(1, 1) * vector(3, 2);
-  vector(3, 3) = vector(1, 1) * vector(2, 2) - vector(2, 1) * vector(1, 2);
-
-  array2<double> rotation(3, 3);
-  for (int i = 1; i <= 3; ++i)
-    for (int j = 1; j <= 3; ++j) rotation(i, j) = vector(j, i);
-  return rotation;
+  make_right_handed(vector);
+  return transposed(vector);
 }
 
 // Centres `x` and returns the rotation to its principal axes.
@@ -111,9 +96,7 @@ void tell_mismatch(const states& state, double d, const text<200>& file, const a
 }
 
 void report_if_apart(const states& state, const text<200>& file, const array2<double>& x_file) {
-  double d = 0.0;
-  int info = 0;
-  get_dv(state.atoms.x.span(), x_file.span(), d, info);
+  const double d = root_mean_square_of_coordinates(state.atoms.x, x_file);
   if (d > geometry_eps) tell_mismatch(state, d, file, x_file);
 }
 
@@ -144,10 +127,7 @@ array2<double> inertmv2_ref(const array1<double>& mass, const array2<double>& x1
   for (int itype = 1; itype <= 4; ++itype) {
     array2<double> x2 = x;
     rotn(sign_variant(itype, principal), x2.span());
-    double sum = 0.0;
-    for (int i = 1; i <= x.cols(); ++i)
-      for (int a = 1; a <= 3; ++a) sum += (x2(a, i) - x1(a, i)) * (x2(a, i) - x1(a, i));
-    const double test_dx = std::sqrt(sum) / x.cols();
+    const double test_dx = root_sum_square(x2, x1) / x.cols();
     if (test_dx < test_min) {
       test_min = test_dx;
       itype_min = itype;
@@ -163,15 +143,6 @@ array2<double> inertmv2_ref(const array1<double>& mass, const array2<double>& x1
 array2<double> inertmv_ref(const array1<double>& mass, const array2<double>& x1, array2<double>& x,
                            std::span<double> v) {
   return inertmv2_ref(mass, x1, x, v, {});
-}
-
-void get_dv(std::span<const double> v1, std::span<const double> v2, double& d, int& info) {
-  info = -1;
-  if (v1.empty()) return;
-  double sum = 0.0;
-  for (std::size_t k = 0; k < v1.size(); ++k) sum += (v1[k] - v2[k]) * (v1[k] - v2[k]);
-  d = std::sqrt(sum / static_cast<double>(v1.size()));
-  info = 0;
 }
 
 double max_abs(std::span<const double> v) {

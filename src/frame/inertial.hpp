@@ -30,10 +30,6 @@ array2<double> inertmv_ref(const array1<double>& mass, const array2<double>& x1,
 array2<double> inertmv2_ref(const array1<double>& mass, const array2<double>& x1, array2<double>& x,
                             std::span<double> v1, std::span<double> v2);
 
-// Root mean square difference of two vectors: d = sqrt(sum (v1-v2)^2 / n). info: 0, or -1 for an empty
-// vector, which leaves d as it was.
-void get_dv(std::span<const double> v1, std::span<const double> v2, double& d, int& info);
-
 // The element of largest magnitude with its sign, the first of equal ones; 0 of an empty vector.
 double max_abs(std::span<const double> v);
 

@@ -1,31 +1,27 @@
-// The vectors of translation and rotation, and the three ways to project them out of the Hessian.
+// The three ways to project translations and rotations out of the Hessian.
 #include "frame/projection.hpp"  // for get_proj_hessian
 
 #include <cmath>
 #include <span>
 #include <utility>
 
-#include "linalg/blas.hpp"       // for ddot_
-#include "linalg/matmul.hpp"     // for matmul, matmul_add
-#include "text/output_file.hpp"  // for tell_free
+#include "linalg/blas.hpp"               // for ddot_
+#include "linalg/matmul.hpp"             // for matmul, matmul_add
+#include "molecule/constants.hpp"        // for external_modes
+#include "molecule/external_motion.hpp"  // for get_trans_rot_vec, formtrm1
+#include "molecule/geometry.hpp"         // for com
+#include "text/output_file.hpp"          // for tell_free
 
 namespace vbn {
 
 namespace {
 
 constexpr double smallest_square = 1.0e-8;  // a vector whose square is not above it counts as zero
-constexpr int nvec = 6;                     // translations and rotations
 constexpr int one = 1;                      // stride of a column
 
 double* column(array2<double>& v, int j) { return v.column(j).data(); }
 
 double dot(int n, const double* v1, const double* v2) { return ddot_(&n, v1, &one, v2, &one); }
-
-double sprod(std::span<const double> v1, std::span<const double> v2) {
-  double sum = 0.0;
-  for (std::size_t k = 0; k < v1.size(); ++k) sum += v1[k] * v2[k];
-  return sum;
-}
 
 void vscal(double skal, std::span<double> v) {
   for (double& element : v) element *= skal;
@@ -38,7 +34,7 @@ int slot(int i, int a) { return 3 * (i - 1) + a; }
 // that depends on those before it becomes zero, in mode 2 with a message.
 void gram_schmidt(array2<double>& v, bool tell_dependent) {
   const int n = v.rows();
-  for (int i = 2; i <= nvec; ++i) {
+  for (int i = 2; i <= external_modes; ++i) {
     double* const vi = column(v, i);
     for (int j = 1; j < i; ++j) {
       const double* const vj = column(v, j);
@@ -74,45 +70,6 @@ void project_out(const array2<double>& v, array2<double>& h) {
 
 }  // namespace
 
-void com(const array1<double>& mass, array2<double>& x) {
-  double mass_tot = 0.0;
-  for (int i = 1; i <= x.cols(); ++i) mass_tot += mass(i);
-  for (int a = 1; a <= 3; ++a) {
-    double centre = 0.0;
-    for (int i = 1; i <= x.cols(); ++i) centre += mass(i) * x(a, i);
-    centre /= mass_tot;
-    for (int i = 1; i <= x.cols(); ++i) x(a, i) -= centre;
-  }
-}
-
-array2<double> get_trans_rot_vec(const array1<double>& mass, const array2<double>& x) {
-  const int natom = x.cols();
-  array2<double> v(3 * natom, nvec);
-  for (int i = 1; i <= natom; ++i) {
-    const double s = std::sqrt(mass(i));
-    const double px = x(1, i);
-    const double py = x(2, i);
-    const double pz = x(3, i);
-    for (int a = 1; a <= 3; ++a) v(slot(i, a), a) = s;
-    v(slot(i, 2), 4) = -s * pz;
-    v(slot(i, 3), 4) = s * py;
-    v(slot(i, 1), 5) = s * pz;
-    v(slot(i, 3), 5) = -s * px;
-    v(slot(i, 1), 6) = -s * py;
-    v(slot(i, 2), 6) = s * px;
-  }
-  return v;
-}
-
-array2<double> formtrm1(const array1<double>& mass, const array2<double>& xc) {
-  array2<double> v = get_trans_rot_vec(mass, xc);
-  for (int k = 1; k <= nvec; ++k) {
-    const double s2 = sprod(v.column(k), v.column(k));
-    if (s2 > smallest_square) vscal(1.0 / std::sqrt(s2), v.column(k));
-  }
-  return v;
-}
-
 void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<double>& hess) {
   const int n = hess.rows();
   array2<double> xc = x;
@@ -122,7 +79,7 @@ void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<dou
   for (int j = 1; j <= n; ++j) {
     for (int i = 1; i <= n; ++i) {
       double sum = 0.0;
-      for (int k = 1; k <= nvec; ++k) sum += v(i, k) * v(j, k);
+      for (int k = 1; k <= external_modes; ++k) sum += v(i, k) * v(j, k);
       p(i, j) = (i == j ? 1.0 : 0.0) - sum;
     }
   }
@@ -131,7 +88,7 @@ void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<dou
 
 void project_xhessian_rot(const array2<double>& x, array2<double>& hess) {
   const int natom = x.cols();
-  array2<double> v(hess.rows(), nvec);
+  array2<double> v(hess.rows(), external_modes);
   // The root of single precision leaves the translations a little off unit length. Columns 2 and 3 are
   // normalised below; column 1 stays so.
   const double vnorm = 1.0 / static_cast<double>(std::sqrt(static_cast<float>(natom)));
@@ -153,7 +110,7 @@ void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, a
   array2<double> xc = x;
   com(mass, xc);
   array2<double> v = get_trans_rot_vec(mass, xc);
-  for (int k = 1; k <= nvec; ++k) {
+  for (int k = 1; k <= external_modes; ++k) {
     // The rotation about the axis of a linear molecule is a rounding error, and counts as zero before it is
     // blown up to a vector of unit length.
     const double square = dot(n, column(v, k), column(v, k));

@@ -20,14 +20,4 @@ void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<dou
 void project_xhessian_rot(const array2<double>& x, array2<double>& hess);
 void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, array2<double>& fcm);
 
-// The mass-weighted vectors (n3,6) of the translations along and the rotations about x, y, z for coordinates
-// `x` that are relative to the centre of mass.
-array2<double> get_trans_rot_vec(const array1<double>& mass, const array2<double>& x);
-
-// The same, each column normalised unless its square is at most 1e-8.
-array2<double> formtrm1(const array1<double>& mass, const array2<double>& xc);
-
-// Shifts `x` so that its centre of mass is the origin.
-void com(const array1<double>& mass, array2<double>& x);
-
 }  // namespace vbn

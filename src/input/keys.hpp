@@ -2,7 +2,7 @@
 #pragma once
 
 #include "linalg/array.hpp"        // for array1, array2
-#include "molecule/constants.hpp"  // for max_list
+#include "molecule/constants.hpp"  // for max_list, first_vibration
 #include "text/fixed_text.hpp"     // for text
 
 namespace vbn {
@@ -32,7 +32,7 @@ struct input_keys {
   bool if_isotope = false;
   bool proper_rotation = false;
   bool d_sign_same_to_cart = false;
-  int start_mode = 7;
+  int start_mode = first_vibration;
   bool map_atoms = true;
   array2<text<10>> def_add_int_coord_c{5, max_list};
   array2<int> def_add_int_coord{4, max_list, -1};

@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "linalg/eigen.hpp"   // for diag_symm, sort_vec_large
-#include "linalg/matmul.hpp"  // for matmul, transposed
-#include "text/layout.hpp"    // for layout
-#include "text/stop.hpp"      // for fail, stop, warn
+#include "linalg/eigen.hpp"        // for diag_symm, sort_vec_large
+#include "linalg/matmul.hpp"       // for matmul, transposed
+#include "molecule/constants.hpp"  // for external_modes
+#include "text/layout.hpp"         // for layout
+#include "text/stop.hpp"           // for fail, stop, warn
 
 namespace vbn {
 
@@ -168,11 +169,11 @@ non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>
   const int nv = static_cast<int>(
       std::ranges::count_if(e, [gcut](double eigenvalue) { return std::abs(eigenvalue) > gcut; }));
   fout.write(gcut_line, {gcut});
-  fout.write(vibrations_line, {n3 - 6});
+  fout.write(vibrations_line, {n3 - external_modes});
   fout.write(found_line, {nv});
-  if (nv != n3 - 6 && nv != n3 - 5) tell_wrong_count(e, fout);
+  if (nv != n3 - external_modes && nv != n3 - 5) tell_wrong_count(e, fout);
   non_redundant_basis basis;
-  basis.nv = n3 - 6;
+  basis.nv = n3 - external_modes;
   if (nv != basis.nv)
     warn(ffreq + ": " + std::to_string(nv) + " independent internal coordinates where 3N-6 is " +
          std::to_string(basis.nv) + ": the route through them uses the first " + std::to_string(basis.nv));

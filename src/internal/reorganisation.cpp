@@ -5,16 +5,15 @@
 #include <cmath>
 #include <utility>
 
-#include "linalg/matmul.hpp"     // for matmul
-#include "linalg/sorting.hpp"    // for indexx
-#include "text/layout.hpp"       // for layout
-#include "text/output_file.hpp"  // for output_file
+#include "linalg/matmul.hpp"       // for matmul
+#include "linalg/sorting.hpp"      // for indexx
+#include "molecule/constants.hpp"  // for au_to_cm, bohr_to_ang, first_vibration
+#include "text/layout.hpp"         // for layout
+#include "text/output_file.hpp"    // for output_file
 
 namespace vbn {
 
 namespace {
-
-constexpr int first_vibration = 7;
 
 const layout atom_line("(i4,a8)");
 const layout zd_line(R"_(("zd(i) = z2(i) - z1(i)      (Angstrom) "))_");

@@ -1,4 +1,4 @@
-// Products of dense matrices by BLAS dgemm.
+// Products of dense matrices by BLAS dgemm, and of a matrix and a vector in a fixed order.
 #include "linalg/matmul.hpp"  // for matmul
 
 #include <stdexcept>
@@ -27,6 +27,17 @@ array2<double> matmul(const array2<double>& a, const array2<double>& b, op op_a,
   array2<double> c(op_a == op::plain ? a.rows() : a.cols(), op_b == op::plain ? b.cols() : b.rows());
   matmul_add(1.0, a, op_a, b, op_b, 0.0, c);
   return c;
+}
+
+array1<double> transposed_product(const array2<double>& a, std::span<const double> v) {
+  array1<double> product(a.cols());
+  for (int j = 1; j <= a.cols(); ++j) {
+    const std::span<const double> column = a.column(j);
+    double sum = 0.0;
+    for (std::size_t k = 0; k < column.size(); ++k) sum += column[k] * v[k];
+    product(j) = sum;
+  }
+  return product;
 }
 
 array2<double> transposed(const array2<double>& a) {

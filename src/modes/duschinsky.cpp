@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "linalg/matmul.hpp"       // for matmul, transposed
+#include "linalg/matmul.hpp"       // for matmul, transposed, transposed_product
 #include "modes/ordering.hpp"      // for vbn_ord
-#include "molecule/constants.hpp"  // for bohr_to_ang
+#include "molecule/constants.hpp"  // for bohr_to_ang, first_vibration
 #include "text/layout.hpp"         // for layout
 #include "text/output_file.hpp"    // for tell
 #include "text/stop.hpp"           // for stop, warn
@@ -17,7 +17,6 @@ namespace vbn {
 namespace {
 
 constexpr double orthogonality_eps = 1.0e-12;
-constexpr int first_vibration = 7;       // by position, whatever the key start_mode says
 constexpr double length_of_rest = 10.0;  // `zptlen` of the modes before
 
 array1<double> zero_point_lengths(const array1<double>& freq) {
@@ -30,17 +29,6 @@ double sum_of_vibrations(const array1<double>& freq) {
   double freqt = 0.0;
   for (int i = first_vibration; i <= freq.size(); ++i) freqt += std::abs(freq(i));
   return freqt;
-}
-
-// cm^T dq.
-array1<double> project_displacement(const array2<double>& cm, const array1<double>& dq) {
-  array1<double> d(cm.cols());
-  for (int i = 1; i <= cm.cols(); ++i) {
-    double sum = 0.0;
-    for (int k = 1; k <= cm.rows(); ++k) sum += cm(k, i) * dq(k);
-    d(i) = sum;
-  }
-  return d;
 }
 
 // What follows from the displacements and frequencies, mode by mode, and the total.
@@ -98,8 +86,8 @@ void get_vbn(array1<states>& state, const input_keys& keys) {
       dq2(k) = -dq1(k);
     }
   }
-  g.cart = reorganisation(project_displacement(g.modes.cm, dq1), g.modes.freq);
-  e.cart = reorganisation(project_displacement(e.modes.cm, dq2), e.modes.freq);
+  g.cart = reorganisation(transposed_product(g.modes.cm, dq1.span()), g.modes.freq);
+  e.cart = reorganisation(transposed_product(e.modes.cm, dq2.span()), e.modes.freq);
 
   mode_pairs pairs = vbn_ord(g.modes, e.modes, g.symmetry, keys);
   // Other signs of the modes give the same pairing; it is told once.

@@ -6,13 +6,12 @@
 #include <cstddef>
 #include <vector>
 
-#include "linalg/sorting.hpp"  // for indexx
+#include "linalg/sorting.hpp"      // for indexx
+#include "molecule/constants.hpp"  // for external_modes, first_vibration
 
 namespace vbn {
 
 namespace {
-
-constexpr int nrest = 6;  // modes that count as translations and rotations, by position
 
 // The mode numbers 1 to n.
 array1<int> first_modes(int n) {
@@ -46,7 +45,7 @@ array1<int> modes_of(const array1<int>& ord, const array1<text<6>>& symm, const 
 
 // Each of the six lowest modes of state 1, in turn, takes the one left of state 2 that it overlaps most with.
 void pair_rest_by_rows(const array2<double>& s1, int n3, array1<int>& order_e) {
-  const int n = std::min(nrest, n3);
+  const int n = std::min(external_modes, n3);
   array1<bool_> lock(n3, false);
   for (int i = 1; i <= n; ++i) {
     double smax = 0.0;
@@ -93,7 +92,7 @@ void pair_by_symmetry(const normal_modes& g, const normal_modes& e, const symmet
                       int sort_mode, mode_pairs& pairs) {
   const array2<double>& s1 = g.s;
   const int n3 = s1.rows();
-  const int n = std::min(nrest, n3);
+  const int n = std::min(external_modes, n3);
   array1<int> ord_g(n3);
   array1<int> ord_e(n3);
   preliminary_pairs(g.freq, e.freq, s1, sort_mode, ord_g, ord_e);
@@ -116,8 +115,8 @@ void pair_by_symmetry(const normal_modes& g, const normal_modes& e, const symmet
   std::vector<int> left_g;
   std::vector<int> left_e;
   for (int ir = 1; ir <= symmetry.nrep; ++ir) {
-    idx_g = modes_of(ord_g, g.irrep, symmetry.ir_name(ir), nrest + 1);
-    idx_e = modes_of(ord_e, e.irrep, symmetry.ir_name(ir), nrest + 1);
+    idx_g = modes_of(ord_g, g.irrep, symmetry.ir_name(ir), first_vibration);
+    idx_e = modes_of(ord_e, e.irrep, symmetry.ir_name(ir), first_vibration);
     if (idx_g.size() == 0 || idx_e.size() == 0) continue;
     pair_block(s1, idx_g, idx_e, sort_mode);
     const int npair = std::min(idx_g.size(), idx_e.size());
@@ -203,7 +202,7 @@ mode_pairs vbn_ord(const normal_modes& g, const normal_modes& e, const symmetry_
   int from = 1;
   if (!keys.n3all) {
     pair_rest_by_rows(g.s, n3, pairs.order_e);
-    from = nrest + 1;
+    from = first_vibration;
   }
   const int nmode = std::max(0, n3 - from + 1);
   array1<int> idx_g_ir(nmode);

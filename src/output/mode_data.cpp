@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "linalg/matmul.hpp"       // for matmul
-#include "molecule/constants.hpp"  // for au_to_cm
+#include "molecule/constants.hpp"  // for au_to_cm, first_vibration
 #include "text/fixed_text.hpp"     // for text
 #include "text/layout.hpp"         // for layout
 #include "text/number.hpp"         // for write_scientific and write_fixed
@@ -18,7 +18,6 @@ namespace vbn {
 namespace {
 
 constexpr int nw = 136;           // width of a rule line
-constexpr int first_vib = 7;      // position of the first vibration
 constexpr int cells_a_line = 10;  // matrix elements on a line of the main file
 
 // What one route gives for the two states.
@@ -147,12 +146,13 @@ void write_modes(data_files& files, const array1<states>& state, const array2<do
     const double freq1 = au_to_cm * g.modes.freq(j1);
     const double freq2 = au_to_cm * e.modes.freq(j2);
     if (files.rrs1) files.rrs1->write(rrs_row, {freq1, freq2, results.e.d0(j2)});
-    dat.write(mode_row, {i, i < first_vib ? 0 : i - first_vib + 1, g.modes.irrep(j1).trimmed(), freq1,
-                         results.g.d(j1), results.g.d0(j1), results.g.hr(j1), au_to_cm * results.g.lam(j1),
-                         e.modes.irrep(j2).trimmed(), freq2, results.e.d(j2), results.e.d0(j2),
-                         results.e.hr(j2), au_to_cm * results.e.lam(j2), j1, j2, s_order(i, i)});
+    dat.write(mode_row,
+              {i, i < first_vibration ? 0 : i - first_vibration + 1, g.modes.irrep(j1).trimmed(), freq1,
+               results.g.d(j1), results.g.d0(j1), results.g.hr(j1), au_to_cm * results.g.lam(j1),
+               e.modes.irrep(j2).trimmed(), freq2, results.e.d(j2), results.e.d0(j2), results.e.hr(j2),
+               au_to_cm * results.e.lam(j2), j1, j2, s_order(i, i)});
     if (files.rrs1) {
-      output_file& rrs = i < first_vib ? *files.rrs1 : *files.rrs2;
+      output_file& rrs = i < first_vibration ? *files.rrs1 : *files.rrs2;
       rrs.write(rrs_row, {freq1, freq2, std::sqrt(std::abs(e.modes.freq(j2))) * results.e.d(j2)});
     }
   }
@@ -165,7 +165,7 @@ void write_modes(data_files& files, const array1<states>& state, const array2<do
 void write_rrs_matrix_row(data_files& files, const array2<double>& s_order, int i) {
   const std::span<const double> row = s_order.column(i);
   files.rrs1->write(rrs_matrix, row);
-  if (i >= first_vib) files.rrs2->write(rrs_matrix, row.subspan(first_vib - 1));
+  if (i >= first_vibration) files.rrs2->write(rrs_matrix, row.subspan(first_vibration - 1));
 }
 
 // Block p of the Duschinsky data: p = 1 S(g,e), p = 2 its transpose S(e,g).
@@ -274,10 +274,10 @@ void write_files(const array1<states>& state, std::string_view fname, const inpu
 
 double delta_s(const array2<double>& s_order) {
   const int n3 = s_order.rows();
-  if (n3 < first_vib) return 0.0;
+  if (n3 < first_vibration) return 0.0;
   double sum = 0.0;
-  for (int i = first_vib; i <= n3; ++i) sum += std::abs(s_order(i, i));
-  return 1.0 - sum / static_cast<double>(n3 - first_vib + 1);
+  for (int i = first_vibration; i <= n3; ++i) sum += std::abs(s_order(i, i));
+  return 1.0 - sum / static_cast<double>(n3 - first_vibration + 1);
 }
 
 void write_vbn(const array1<states>& state, std::string_view fname, const input_keys& keys) {

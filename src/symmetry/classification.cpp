@@ -9,7 +9,7 @@
 #include "linalg/eigen.hpp"        // for diag_symm, sort_vec_large
 #include "linalg/matmul.hpp"       // for matmul
 #include "linalg/sorting.hpp"      // for dorder, sort_array_d, sort_array_a, sort_matrix
-#include "molecule/constants.hpp"  // for au_to_cm
+#include "molecule/constants.hpp"  // for au_to_cm, first_vibration
 #include "text/fixed_text.hpp"     // for text
 #include "text/layout.hpp"         // for layout, value
 #include "text/stop.hpp"           // for stop, warn
@@ -50,7 +50,7 @@ void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, 
   fout.write(layout("(a6, 2x, 2a20  )"), {"irrep", "nosymm", "symm_diag"});
   fout.write(rule);
   bool changed = false;
-  for (int i = 7; i <= modes.freq.size(); ++i) {
+  for (int i = first_vibration; i <= modes.freq.size(); ++i) {
     const double df = std::abs(modes.freq(i) - modes.freq1(i)) * au_to_cm;
     const value irrep = modes.irrep(i).trimmed();
     const value nosymm = au_to_cm * modes.freq1(i);

@@ -5,12 +5,13 @@
 #include <string>
 #include <utility>
 
-#include "frame/inertial.hpp"    // for get_inertial
-#include "frame/rotation.hpp"    // for set_sym_matrix
-#include "text/fixed_text.hpp"   // for text
-#include "text/layout.hpp"       // for layout
-#include "text/output_file.hpp"  // for tell
-#include "text/stop.hpp"         // for stop, warn
+#include "frame/inertial.hpp"     // for get_inertial
+#include "frame/rotation.hpp"     // for set_sym_matrix
+#include "molecule/geometry.hpp"  // for root_mean_square_of_coordinates
+#include "text/fixed_text.hpp"    // for text
+#include "text/layout.hpp"        // for layout
+#include "text/output_file.hpp"   // for tell
+#include "text/stop.hpp"          // for stop, warn
 
 namespace vbn {
 
@@ -100,16 +101,14 @@ void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
   const layout changed(R"(("get_array3: ", 4i4, 4f15.7))");
   const int na = v0.cols();
   array2<double> vs(3, na);
-  double dx = 0.0;
   for (int ia = 1; ia <= na; ++ia)
     for (int ix = 1; ix <= 3; ++ix) {
       const auto [ja, jx, sg] = representative_of(id3, ix, ia);
       vs(ix, ia) = sg * v0(jx, ja);
       const double s = std::abs(v0(ix, ia) - vs(ix, ia));
       if (s > tol) tell(changed, {ia, ix, ja, jx, v0(ix, ia), v0(jx, ja), vs(ix, ia), s});
-      dx += s * s;
     }
-  stop_if_changed(std::sqrt(dx / (3 * na)), tol);
+  stop_if_changed(root_mean_square_of_coordinates(v0, vs), tol);
   v0 = vs;
 }
 
@@ -128,14 +127,12 @@ void get_array3s(const array3<int>& id3, array2<double>& v0, double tol) {
   const int isym = lsame ? 1 : -1;
 
   array2<double> vs(3, na);
-  double dx = 0.0;
   for (int ia = 1; ia <= na; ++ia)
     for (int ix = 1; ix <= 3; ++ix) {
       const auto [ja, jx, sg] = representative_of(id3, ix, ia);
       vs(ix, ia) = (ia == ja ? sg : sg * isym) * v0(jx, ja);
-      dx += (v0(ix, ia) - vs(ix, ia)) * (v0(ix, ia) - vs(ix, ia));
     }
-  stop_if_changed(std::sqrt(dx / (3 * na)), tol);
+  stop_if_changed(root_mean_square_of_coordinates(v0, vs), tol);
   v0 = vs;
 }
 

@@ -8,10 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "text/fixed_text.hpp"   // for text
-#include "text/layout.hpp"       // for layout
-#include "text/output_file.hpp"  // for tell_free, tell
-#include "text/stop.hpp"         // for stop, warn
+#include "molecule/geometry.hpp"  // for root_mean_square_of_coordinates
+#include "text/fixed_text.hpp"    // for text
+#include "text/layout.hpp"        // for layout
+#include "text/output_file.hpp"   // for tell_free, tell
+#include "text/stop.hpp"          // for stop, warn
 
 namespace vbn {
 
@@ -198,19 +199,17 @@ symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_d
   symmetry.new_pgrp = pg_name(found.npg);
 
   symmetry.id3 = array3<int>(3, 3, atoms.natom);
-  double dx = 0.0;
+  array2<double> x_symm(3, atoms.natom);
   for (int i = 1; i <= atoms.natom; ++i) {
     const representative ja = in_coord_basis(found, i);
     for (int a = 1; a <= 3; ++a) {
       symmetry.id3(1, a, i) = ja.atom;
       symmetry.id3(2, a, i) = a;
       symmetry.id3(3, a, i) = symm_op(a, ja.ip);
-      const double x_symm = symm_op(a, ja.ip) * x(a, ja.atom);
-      dx += (x(a, i) - x_symm) * (x(a, i) - x_symm);
+      x_symm(a, i) = symm_op(a, ja.ip) * x(a, ja.atom);
     }
   }
-  dx = std::sqrt(dx / atoms.n3);
-  if (dx > symm_tol) {
+  if (root_mean_square_of_coordinates(x, x_symm) > symm_tol) {
     if (symm_tol < 0.0) warn("symm_tol is below zero: no two geometries agree; give 0 or more");
     tell_free({"x_symm is not the same as x, stop!"});
     stop();
