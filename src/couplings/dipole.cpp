@@ -4,9 +4,13 @@
 #include <cmath>
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "couplings/same_molecule.hpp"  // for same_count, same_masses and distance
+#include "couplings/same_molecule.hpp"  // for same_count, same_masses, same_geometry
 #include "frame/inertial.hpp"           // for inertm, inertmv2_ref and warn_of_dipole_turn
+#include "linalg/matmul.hpp"            // for transposed_product
+#include "molecule/constants.hpp"       // for first_vibration
+#include "molecule/geometry.hpp"        // for root_sum_square
 #include "readers/file_type.hpp"        // for open_qm_file
 #include "readers/qm_file.hpp"          // for qm_file_natom, qm_file_mass, qm_file_coord, qm_file_tdipd
 #include "text/layout.hpp"              // for layout
@@ -18,8 +22,6 @@ namespace vbn {
 
 namespace {
 
-constexpr int first_vib = 7;  // position of the first vibration
-
 bool geometry_matches(const dipole_data& dipole, const atom_data& atoms) {
   array2<double> x1 = atoms.x;
   array2<double> x2 = dipole.x_dip;
@@ -27,7 +29,7 @@ bool geometry_matches(const dipole_data& dipole, const atom_data& atoms) {
   array1<double> v0 = dipole.dip0;
   inertm(atoms.mass, x1);
   inertmv2_ref(atoms.mass, x1, x2, v0.span(), v2.span());
-  return distance(x1, x2) < same_geometry;
+  return root_sum_square(x1, x2) < same_geometry;
 }
 
 }  // namespace
@@ -54,18 +56,14 @@ void get_tdipd(std::span<states> state) {
 array2<double> proj_dip(const dipole_data& dipole, const atom_data& atoms, const array2<double>& cm) {
   warn_of_dipole_turn(dipole);
   const int n3 = atoms.n3;
-  array2<double> q3(n3, 3);
-  for (int i = 1; i <= atoms.natom; ++i)
-    for (int j = 1; j <= 3; ++j)
-      for (int l = 1; l <= 3; ++l)
-        q3(3 * (i - 1) + j, l) = dipole.tdipd_x(l, j, i) / std::sqrt(atoms.massau(i));
   array2<double> tdipd_q(3, n3);
-  for (int m = 1; m <= n3; ++m) {
-    for (int l = 1; l <= 3; ++l) {
-      double sum = 0.0;
-      for (int k = 1; k <= n3; ++k) sum += q3(k, l) * cm(k, m);
-      tdipd_q(l, m) = sum;
-    }
+  std::vector<double> weighted(static_cast<std::size_t>(n3));
+  for (int l = 1; l <= 3; ++l) {
+    auto next = weighted.begin();
+    for (int i = 1; i <= atoms.natom; ++i)
+      for (int j = 1; j <= 3; ++j) *next++ = dipole.tdipd_x(l, j, i) / std::sqrt(atoms.massau(i));
+    const array1<double> along_modes = transposed_product(cm, weighted);
+    for (int m = 1; m <= n3; ++m) tdipd_q(l, m) = along_modes(m);
   }
   return tdipd_q;
 }
@@ -74,7 +72,7 @@ void write_tdipd(const array1<double>& dip0, const array2<double>& tdipd_q, std:
   const layout row("(i6, 3f15.7)");
   output_file file(std::string(trim(prefix)) + ".dip");
   file.write(row, {0, dip0(1), dip0(2), dip0(3)});
-  for (int i = first_vib; i <= tdipd_q.cols(); ++i) {
+  for (int i = first_vibration; i <= tdipd_q.cols(); ++i) {
     file.write(row, {i, tdipd_q(1, i), tdipd_q(2, i), tdipd_q(3, i)});
   }
   file.close();

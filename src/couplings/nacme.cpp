@@ -1,8 +1,9 @@
 // Reads the coupling file and compares its geometry with that of each state.
 #include "couplings/nacme.hpp"  // for the interface
 
-#include "couplings/same_molecule.hpp"  // for same_count, same_masses and distance
+#include "couplings/same_molecule.hpp"  // for same_count, same_masses, same_geometry
 #include "frame/inertial.hpp"           // for inertm and inertmv_ref
+#include "molecule/geometry.hpp"        // for root_sum_square
 #include "readers/atom_count.hpp"       // for qm_file_natom_oniom_qm, qm_file_oniom_index
 #include "readers/file_type.hpp"        // for open_qm_file
 #include "readers/qm_file.hpp"          // for qm_file_natom, qm_file_mass, qm_file_coord, qm_file_nacme
@@ -34,7 +35,7 @@ bool geometry_matches(const coupling_data& couplings, const atom_data& atoms) {
   array2<double> v2 = couplings.nacme_x;
   inertm(atoms.mass, x1);
   inertmv_ref(atoms.mass, x1, x2, v2.span());
-  return distance(x1, x2) < same_geometry;
+  return root_sum_square(x1, x2) < same_geometry;
 }
 
 }  // namespace

@@ -5,10 +5,9 @@
 #include <string>
 
 #include "couplings/nacme_projection.hpp"  // for proj_nacm
-#include "molecule/constants.hpp"          // for au_to_cm and au_to_ev
+#include "molecule/constants.hpp"          // for au_to_cm, au_to_ev, external_modes
 #include "text/layout.hpp"                 // for layout
-#include "text/output_file.hpp"            // for output_file, tell_free
-#include "text/stop.hpp"                   // for stop
+#include "text/output_file.hpp"            // for output_file
 #include "text/words.hpp"                  // for trim
 
 namespace vbn {
@@ -54,23 +53,18 @@ void write_row(output_file& file, int i, double energy, double w, const text<6>&
   const double ratio = nacm_af_q / energy;
   const double nacm_jpca = ratio * ratio * w;
   file.write(mode_row,
-             {i, i - 6, irrep.trimmed(), au_to_cm * w, nacm_bf_q1, nacm_bf_q, nacm_af_q,
+             {i, i - external_modes, irrep.trimmed(), au_to_cm * w, nacm_bf_q1, nacm_bf_q, nacm_af_q,
               std::abs(au_to_cm * nacm_af_q), std::abs(au_to_ev * nacm_af_q), std::abs(nacm_lin) * au_to_cm,
               std::abs(nacm_jpca) * au_to_cm, std::abs(nacm_jpca) / atomic_time_in_s});
 }
 
-}  // namespace
-
+// Writes the table of all modes: `freq` (n3) in atomic units, `irrep` and `nacme` (n3) in the order of the
+// rows. `nacm_lin` and `nacm_jpca` are the linear coupling and the rate factor of internal conversion.
 void write_nacme(std::string_view fname, double energy, const array1<double>& freq,
-                 const array1<text<6>>& irrep, const array1<double>& nacme, int start_mode) {
-  if (start_mode != 1 && start_mode != 7) {
-    tell_free({"start_mode is wrong! Exit!"});
-    stop();
-  }
-  const int n3 = freq.size();
+                 const array1<text<6>>& irrep, const array1<double>& nacme) {
   output_file file{std::string(fname)};
   file.line("");
-  file.write(number_of_modes, {start_mode == 1 ? "N3:" : "N3-6:", n3 - start_mode + 1});
+  file.write(number_of_modes, {"N3:", freq.size()});
   file.line("");
   file.line(" Energy Difference at present geometry:");
   file.line("");
@@ -80,10 +74,12 @@ void write_nacme(std::string_view fname, double energy, const array1<double>& fr
              {"m", "n", "irrep", "freq(cm-1)", "nacm_before(au)", "nacm_before(1)", "nacm_after(au)",
               "nacm_after(cm-1)", "nacm_after(eV)", "nacm_lin(cm-1)", "nacm_jpca(cm-1)", "nacm_jpca(s-1)"});
   file.line("");
-  for (int i = start_mode; i <= n3; ++i) write_row(file, i, energy, freq(i), irrep(i), nacme(i));
+  for (int i = 1; i <= freq.size(); ++i) write_row(file, i, energy, freq(i), irrep(i), nacme(i));
   file.line(" End");
   file.close();
 }
+
+}  // namespace
 
 void get_nacme_n3(const array1<states>& state, std::string_view fname) {
   for (const states& each : state) {
@@ -99,7 +95,7 @@ void get_nacme_n3(const array1<states>& state, std::string_view fname) {
       irrep(i) = each.modes.irrep(j);
       nacme(i) = own.q(j);
     }
-    write_nacme(std::string(trim(fname)) + ".nac", each.couplings.e_vert, freq, irrep, nacme, 1);
+    write_nacme(std::string(trim(fname)) + ".nac", each.couplings.e_vert, freq, irrep, nacme);
   }
 }
 

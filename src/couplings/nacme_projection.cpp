@@ -4,7 +4,8 @@
 #include <cmath>
 #include <string>
 
-#include "molecule/constants.hpp"  // for au_to_cm and au_to_ev
+#include "linalg/matmul.hpp"       // for transposed_product
+#include "molecule/constants.hpp"  // for au_to_cm, au_to_ev, external_modes
 #include "text/layout.hpp"         // for layout
 
 namespace vbn {
@@ -62,16 +63,10 @@ double vn_norm_part(std::span<const double> v, int a, int b) {
 
 nacme_forms proj_nacm(const array2<double>& nacme_x, const atom_data& atoms, const array2<double>& cm,
                       int start_mode) {
-  nacme_forms forms{nacme_x, nacme_x, array1<double>(atoms.n3)};
+  nacme_forms forms{nacme_x, nacme_x, {}};
   for (int i = 1; i <= atoms.natom; ++i)
     for (int a = 1; a <= 3; ++a) forms.xq(a, i) = nacme_x(a, i) / std::sqrt(atoms.massau(i));
-  const std::span<const double> xq = forms.xq.span();
-  for (int m = 1; m <= atoms.n3; ++m) {
-    const std::span<const double> mode = cm.column(m);
-    double sum = 0.0;
-    for (std::size_t k = 0; k < mode.size(); ++k) sum += xq[k] * mode[k];
-    forms.q(m) = sum;
-  }
+  forms.q = transposed_product(cm, forms.xq.span());
   forms.x_norm = v3n_norm(forms.x);
   forms.xq_norm = v3n_norm(forms.xq);
   forms.q_norm = vn_norm_part(forms.q.span(), start_mode, atoms.n3);
@@ -128,7 +123,7 @@ void print_nacm(const states& state, const nacme_forms& before, const nacme_form
   fout.write(mode_heads, {"m", "n", "freq(cm-1)", "nacme_L(au)"});
   fout.line("");
   for (int i = start_mode; i <= state.atoms.n3; ++i) {
-    fout.write(mode_row, {i, i - 6, au_to_cm * state.modes.freq(i), before.q(i), after.q(i)});
+    fout.write(mode_row, {i, i - external_modes, au_to_cm * state.modes.freq(i), before.q(i), after.q(i)});
   }
   fout.line("");
   fout.write(line_rule);

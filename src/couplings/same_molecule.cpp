@@ -47,13 +47,4 @@ bool same_masses(const states& state, const qm_file& file, const array1<double>&
   return true;
 }
 
-double distance(const array2<double>& x1, const array2<double>& x2) {
-  double sum = 0.0;
-  for (std::size_t k = 0; k < x1.span().size(); ++k) {
-    const double difference = x1.span()[k] - x2.span()[k];
-    sum += difference * difference;
-  }
-  return std::sqrt(sum);
-}
-
 }  // namespace vbn

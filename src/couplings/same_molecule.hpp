@@ -1,7 +1,7 @@
 // Whether a file of couplings or dipole derivatives belongs to a state: atoms, masses and geometry.
 #pragma once
 
-#include "linalg/array.hpp"       // for array1, array2
+#include "linalg/array.hpp"       // for array1
 #include "molecule/record.hpp"    // for states
 #include "readers/file_type.hpp"  // for qm_file
 
@@ -14,8 +14,5 @@ inline constexpr double same_geometry = 0.001;  // bohr, root of the summed squa
 // a warning says what it is read as.
 bool same_count(const states& state, const qm_file& file, int count);
 bool same_masses(const states& state, const qm_file& file, const array1<double>& mass);
-
-// Root of the summed squares of x1 - x2, both (3,natom).
-double distance(const array2<double>& x1, const array2<double>& x2);
 
 }  // namespace vbn
