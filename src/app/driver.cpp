@@ -42,7 +42,7 @@ namespace vbn {
 
 namespace {
 
-// What the keys mean for the run and for the states.
+// Copies the keys to the data of the run and of the states.
 void take_keys(run_data& run) {
   input_data& input = run.input;
   input.do_nacme = !input.fnacme.blank();
@@ -76,7 +76,8 @@ void require_equal_sizes(const run_data& run) {
         .expected = "two calculations on one molecule, with the atoms in the same order"});
 }
 
-// File kinds, atoms, geometries, force constants, and the frequencies before any projection.
+// Reads kinds of files, atoms, geometries and force constants; computes the frequencies before any
+// projection.
 void read_states(run_data& run) {
   states& one = run.state(1);
   states& two = run.state(2);
@@ -93,8 +94,8 @@ void read_states(run_data& run) {
   warn_of_files(run.state);
 }
 
-// The state that the couplings or dipole derivatives of a file belong to: the first whose geometry is the one
-// of the file. Without one a line is printed, and the choice of the input stays.
+// The state of the couplings or dipole derivatives of a file: the first whose geometry is that of the file.
+// If there is none, a line is printed and the choice of the input is used.
 void choose_state(bool first, bool second, const text<200>& file, int& proj) {
   static const layout mismatch(R"(("Error! The coordiantes from ",a," are different from two states!"))");
   if (first) {
@@ -106,7 +107,7 @@ void choose_state(bool first, bool second, const text<200>& file, int& proj) {
   }
 }
 
-// Couplings and dipole derivatives, and the state that they belong to.
+// Reads couplings and dipole derivatives, and finds the state that they belong to.
 void read_couplings(run_data& run) {
   input_data& input = run.input;
   array1<states>& state = run.state;
@@ -120,7 +121,7 @@ void read_couplings(run_data& run) {
   }
 }
 
-// Both states take the force constants of one, each with its own geometry and masses.
+// Gives both states the force constants of one; each keeps its own geometry and masses.
 void select_force_constants(array1<states>& state, int select_state) {
   if (select_state != 1 && select_state != 2) return;
   states& to = state(3 - select_state);
@@ -134,7 +135,7 @@ void print_coords(run_data& run, const std::string& frame) {
   }
 }
 
-// Each state in its own inertial frame, without translations and rotations.
+// Moves each state to its own inertial frame and removes translations and rotations.
 void bring_to_frames(run_data& run) {
   const input_data& input = run.input;
   print_coords(run, "Original");
@@ -145,13 +146,13 @@ void bring_to_frames(run_data& run) {
   for (states& it : run.state) get_inertial(it);
   for (states& it : run.state) get_enforce_symm(input.enforce_symm, input.symm_tol, it);
   for (states& it : run.state) {
-    // Of an ONIOM state the layer that is left out holds the atoms in their place.
+    // The forces of the other layer fix the position of an ONIOM state, so it is not projected.
     if (!it.file.ifoniom) get_proj_hessian(it.atoms, input.proj_hessian, it.force);
     if (input.point_group) it.modes.freq1 = frequencies_of(it.force.fcm());
   }
 }
 
-// State 1 on state 2.
+// Rotates state 1 onto state 2.
 void align_states(run_data& run) {
   const input_data& input = run.input;
   states& g = run.state(1);
@@ -161,7 +162,7 @@ void align_states(run_data& run) {
   print_coords(run, "Eckart  ");
 }
 
-// Frequencies and modes, and their representations.
+// Computes frequencies and modes, and their representations.
 void find_modes(run_data& run) {
   if (run.input.eckart_rot == 2) align_states(run);
   print_coords(run, "Inertial");
@@ -186,7 +187,7 @@ void find_internal_coordinates(run_data& run) {
     if (input.proj_f0) get_proj_f0(it.basis.bm, it.force);
 }
 
-// The relation of the two sets of modes, their pairs and their signs.
+// Computes the Duschinsky matrix and the displacements, pairs the modes and sets their signs.
 void relate_modes(run_data& run) {
   const input_data& input = run.input;
   if (input.eckart_rot == 1) align_states(run);
@@ -199,10 +200,9 @@ void relate_modes(run_data& run) {
 
 void require_state(int proj, const char* key, const text<200>& file) {
   if (proj == 1 || proj == 2) return;
-  fail(
-      {.what = "the geometry in this file is the one of neither state, so there is no state to project on",
-       .file = file.str(),
-       .expected = std::string("a file made at the geometry of one of the states, or ") + key + " = 1 or 2"});
+  fail({.what = "the geometry in this file is that of neither state, so there is no state to project on",
+        .file = file.str(),
+        .expected = std::string("a file for the geometry of one of the states, or ") + key + " = 1 or 2"});
 }
 
 // Couplings and dipole derivatives along the modes of state 1, whichever state they belong to.

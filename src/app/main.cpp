@@ -10,8 +10,8 @@
 
 namespace {
 
-// Runs all stages and gives back how the run ended. The record of the run is gone by then: its log is written
-// out.
+// Runs all stages and returns how the run ended. The data of the run are destroyed by then, so the log is
+// closed.
 vbn::run_end run_to_its_end(const char* argument) {
   try {
     vbn::run_data run;
@@ -33,7 +33,7 @@ vbn::run_end run_to_its_end(const char* argument) {
 
 int main(int argc, char** argv) {
   vbn::run_end end = run_to_its_end(argc > 1 ? argv[1] : "");
-  // Standard output may be a full disk or a closed pipe: the last to know is the one that told it nothing.
+  // Standard output may be a full disk or a closed pipe: only this flush shows it.
   if (std::fflush(stdout) != 0 && end.status == 0) {
     end.status = 1;
     end.text += vbn::fault_message({.what = "cannot write to standard output"});

@@ -1,4 +1,4 @@
-// Wall time of each step on the error stream, in builds that are asked for it (VBN_STAGE_TIMES).
+// Wall time of each step on the error stream, in builds with VBN_STAGE_TIMES.
 #pragma once
 
 #ifdef VBN_STAGE_TIMES

@@ -23,7 +23,7 @@ namespace {
 constexpr std::string_view group_name = "vbn";
 constexpr std::size_t shown_key = 40;  // characters of an unknown key that a message shows
 
-// The indices that one subscript stands for: `count` of them from `first` on, `stride` apart.
+// The indices of one subscript: `count` of them from `first` on, `stride` apart.
 struct index_range {
   int first = 1;
   int stride = 1;
@@ -34,7 +34,7 @@ struct index_range {
 struct selection {
   index_range rows, columns;
   int extent1 = 1;
-  bool open = false;  // a single element is named: further values go to those behind it
+  bool open = false;  // a single element is named: further values go to the next elements
 
   int count() const { return rows.count * columns.count; }
   int element(int i) const {  // i = 0 .. count() - 1
@@ -80,13 +80,12 @@ index_range take_range(const group_scanner& scanner, const subscript& s, const i
     }
     return {*s.first, 1, 1};
   }
-  // The bounds are 32-bit numbers: their difference is taken in 64.
+  // The bounds are 32-bit numbers: their difference needs 64.
   const std::int64_t stride = s.stride.value_or(1);
   const std::int64_t first = s.first.value_or(stride > 0 ? 1 : extent);
   const std::int64_t last = s.last.value_or(stride > 0 ? extent : 1);
   if (stride == 0 || (last - first) / (stride > 0 ? 1 : -1) < 0) {
-    scanner.fail_at(s.at, "a section of " + std::string(key.name) + " holds no element",
-                    "a section such as 1:4");
+    scanner.fail_at(s.at, "a section of " + std::string(key.name) + " is empty", "a section such as 1:4");
   }
   if (std::min(first, last) < 1 || std::max(first, last) > extent) {
     scanner.fail_at(s.at, "a section of " + std::string(key.name) + " reaches outside the array", shape(key));
@@ -94,8 +93,8 @@ index_range take_range(const group_scanner& scanner, const subscript& s, const i
   return {static_cast<int>(first), static_cast<int>(stride), static_cast<int>((last - first) / stride) + 1};
 }
 
-// Without an index: all elements. With one: those it names, and from a single element on those behind it, to
-// the end of the array; from within a column of a list only to the end of that column.
+// Without an index: all elements. With one: those it names. A single element may be followed by the elements
+// after it, to the end of the array; from within a column of a list only to the end of that column.
 selection take_selection(group_scanner& scanner, const input_key& key) {
   const int extent1 = std::max(key.extent1, 1);
   const int extent2 = std::max(key.extent2, 1);
@@ -112,7 +111,7 @@ selection take_selection(group_scanner& scanner, const input_key& key) {
     section = section || s.section;
   }
   if (given != rank) {
-    scanner.fail_at(at, "the index of " + std::string(key.name) + " does not fit it",
+    scanner.fail_at(at, "wrong number of indices for " + std::string(key.name),
                     shape(key) + (rank == 0 ? " without an index" : ""));
   }
   if (!section) {
@@ -127,7 +126,7 @@ selection take_selection(group_scanner& scanner, const input_key& key) {
   return chosen;
 }
 
-// A value that has no place or does not read. A word that is a key stands for an assignment without its "=".
+// A value too many or one that cannot be read. A word that is a key is an assignment without its "=".
 [[noreturn]] void fail_value(const group_scanner& scanner, const group_value& value, std::string what,
                              std::string expected) {
   const auto name_end =
@@ -136,13 +135,13 @@ selection take_selection(group_scanner& scanner, const input_key& key) {
   std::ranges::transform(name, name.begin(),
                          [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   if (value.type == group_value::kind::word && find_key(name) != nullptr) {
-    scanner.fail_at(value.at, "no = behind the key " + name, name + " = value");
+    scanner.fail_at(value.at, "no = after the key " + name, name + " = value");
   }
   scanner.fail_at(value.at, std::move(what), std::move(expected));
 }
 
-// Takes the values of one assignment. `text_form_at` keeps where each element of `def_add_int_coord_c`
-// stands.
+// Reads the values of one assignment. `text_form_at` stores the place of each element of
+// `def_add_int_coord_c`.
 void take_values(group_scanner& scanner, const input_key& key, const selection& chosen, input_data& input,
                  array1<std::size_t>& text_form_at) {
   const bool is_text_form = key.place == key_place(&input_keys::def_add_int_coord_c);
@@ -175,11 +174,11 @@ void take_values(group_scanner& scanner, const input_key& key, const selection& 
   }
   if (key.type == key_type::characters && filled == 0 && scanner.closes_inside_word()) {
     scanner.warn_at(scanner.key_at(),
-                    "the / behind " + std::string(key.name) + " = closes the group; a path stands in quotes");
+                    "the / after " + std::string(key.name) + " = closes the group; put a path in quotes");
   }
 }
 
-// Counts the entries of the lists, and reads the added coordinates that stand as texts.
+// Counts the entries of the lists, and reads the added coordinates that are given as texts.
 void count_lists(const group_scanner& scanner, input_data& input, const array1<std::size_t>& text_form_at) {
   constexpr int unread = std::numeric_limits<int>::min();
   input.n_mode_block = input.n_dush_block = input.n_add_int_coord = input.n_del_int_coord = 0;
@@ -196,7 +195,7 @@ void count_lists(const group_scanner& scanner, input_data& input, const array1<s
           const std::size_t at = text_form_at(mark + j) > 0 ? text_form_at(mark + j) : text_form_at(mark);
           scanner.fail_at(at,
                           "def_add_int_coord_c(" + std::to_string(j + 1) + "," + std::to_string(i) +
-                              ") holds no atom number",
+                              ") is not an atom number",
                           "a whole number as text, '0' for an empty place");
         }
         input.def_add_int_coord(j, i) = atom;
@@ -207,7 +206,7 @@ void count_lists(const group_scanner& scanner, input_data& input, const array1<s
   }
 }
 
-// The kind of the coordinate that four atoms define, the unused ones 0; a blank when they define none.
+// The kind of the coordinate that four atoms define, unused atoms being 0; a blank when they define none.
 char coordinate_type(std::span<const int> atoms, int natom) {
   const auto among = [&](std::size_t count) {
     for (std::size_t i = 0; i < 4; ++i) {

@@ -5,22 +5,21 @@
 
 namespace vbn {
 
-// Sets every key to its default, but for `ffreq`, which has none and is left as it is.
+// Sets every key to its default, except `ffreq`, which has none and is unchanged.
 void init(input_data& input);
 
 // Reads the group "&vbn" of the file `finp`, and derives from it the counters `n_mode_block`, `n_dush_block`,
-// `n_add_int_coord` and `n_del_int_coord`, and `def_add_int_coord` where the coordinate stands in the text
-// form `def_add_int_coord_c`. A counter counts the entries of its list; gaps stay open.
+// `n_add_int_coord` and `n_del_int_coord`, and `def_add_int_coord` for coordinates in the text form
+// `def_add_int_coord_c`. A counter counts the entries of its list; gaps are not closed.
 //
-// A file that cannot be read, a group that is absent or not closed, an unknown key, a value that is not of
-// the key's type, an index outside the array, too many values: each ends the run with a message that shows
-// the place, exit status 1.
+// A file that cannot be read, a group that is absent or not closed, an unknown key, a value of another type
+// than its key, an index outside the array, too many values: each ends the run with a message that shows the
+// place, exit status 1.
 void read_input(input_data& input);
 
-// Tests the keys that need it, with `natom` the atoms of the run; fills `if_block` and, where
-// `if_add_int_coord` and `if_del_int_coord` ask for the lists, the kinds `def_add_int_type` and
-// `def_del_int_type` of their entries: 'b' a bond, 'a' an angle, 'd' a dihedral. What fails ends the run with
-// its stop.
+// Checks the keys that depend on the number of atoms of the run, `natom`. Sets `if_block` and, with
+// `if_add_int_coord` and `if_del_int_coord`, the kinds `def_add_int_type` and `def_del_int_type` of the
+// entries: 'b' a bond, 'a' an angle, 'd' a dihedral. A key that fails stops the run.
 void check(input_data& input, int natom);
 
 }  // namespace vbn

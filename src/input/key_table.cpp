@@ -1,4 +1,4 @@
-// The table of the input keys, and how a value of each type reads and is stored.
+// The table of the input keys; reads and stores a value of each type.
 #include "input/key_table.hpp"  // for input_key
 
 #include <algorithm>
@@ -71,7 +71,7 @@ constexpr std::array<input_key, 48> keys{{
 }};
 // clang-format on
 
-// Whether the type told in the table is the one of what the key is stored in.
+// Whether the type in the table is that of the variable in which the key is stored.
 consteval bool types_agree() {
   return std::ranges::all_of(keys, [](const input_key& key) {
     const key_place& p = key.place;
@@ -88,7 +88,7 @@ consteval bool types_agree() {
 }
 static_assert(types_agree());
 
-// The element of what a key is stored in; a key without an index has one.
+// An element of the variable in which a key is stored; a key without an index has one.
 template <class T>
 T& element_of(T& stored, int) {
   return stored;

@@ -22,8 +22,8 @@ using key_place =
 struct input_key {
   std::string_view name;
   key_type type;
-  int extent1;  // 0: takes no index
-  int extent2;  // 0: takes at most one
+  int extent1;  // 0: no index
+  int extent2;  // 0: at most one index
   key_place place;
 
   int elements() const { return (extent1 > 0 ? extent1 : 1) * (extent2 > 0 ? extent2 : 1); }
@@ -31,17 +31,17 @@ struct input_key {
 
 std::span<const input_key> key_table();
 
-// The key of that name in lower case, or none.
+// The key of that name in lower case, or nullptr.
 const input_key* find_key(std::string_view name);
 
-// The key whose name comes closest to a name that is none; none when no key comes close.
+// The key whose name is closest to a name that is no key; nullptr when none is close.
 const input_key* nearest_key(std::string_view name);
 
 // What a value of the key must be, in words.
 std::string_view expected_value(const input_key& key);
 
-// Stores the value in element 1..elements() of the key, counted with the first index fastest. A text that is
-// longer than the key is cut. False, and nothing stored, when the value is not of the key's type.
+// Stores the value in element 1..elements() of the key, counted with the first index fastest. A text longer
+// than the key is cut. False, and nothing stored, when the value is of another type than the key.
 bool store_value(input_keys& keys, const input_key& key, int element, const group_value& value);
 
 }  // namespace vbn

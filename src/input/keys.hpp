@@ -1,4 +1,4 @@
-// The keys of the input group with their defaults, and what follows from them.
+// The keys of the input group with their defaults, and the values derived from them.
 #pragma once
 
 #include "linalg/array.hpp"        // for array1, array2
@@ -57,7 +57,7 @@ struct input_keys {
   int set_eckart_order = 0;
 };
 
-// The keys, and what follows from them.
+// The keys, and the values derived from them.
 struct input_data : input_keys {
   text<200> finp;    // input file
   text<200> prefix;  // stem of every file written

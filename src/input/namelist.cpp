@@ -1,4 +1,4 @@
-// How a group is found, and how its words, indices, repeat counts and quotes are told apart.
+// Finds an input group and splits it into words, indices, repeat counts and quoted texts.
 #include "input/namelist.hpp"  // for group_scanner
 
 #include <algorithm>
@@ -21,10 +21,10 @@ bool is_letter(char c) { return lower(c) >= 'a' && lower(c) <= 'z'; }
 
 bool is_quote(char c) { return c == '\'' || c == '"'; }
 
-// What an index is made of, beside its brackets.
+// The characters of an index, without its brackets.
 bool is_subscript(char c) { return is_digit(c) || c == ',' || c == ':' || c == '+' || c == '-'; }
 
-// Ends a word that stands without quotes.
+// Ends a word without quotes.
 bool ends_word(char c) { return is_blank(c) || c == ',' || c == '/' || c == '!'; }
 
 }  // namespace
@@ -69,7 +69,7 @@ std::size_t group_scanner::after_blanks(std::size_t at) const {
   return at;
 }
 
-// Behind the name that begins here; the same place where none does.
+// The place after the name that begins here; the same place if there is none.
 std::size_t group_scanner::after_name(std::size_t at) const {
   if (!is_letter(peek(at))) return at;
   while (is_letter(peek(at)) || is_digit(peek(at)) || peek(at) == '_') ++at;
@@ -81,7 +81,7 @@ std::size_t group_scanner::after_word(std::size_t at) const {
   return at;
 }
 
-// Whether a key with its "=" stands here; a value that is a word without quotes has none behind it.
+// Whether a key with its "=" is here; a value without quotes has none after it.
 bool group_scanner::at_key(std::size_t at) const {
   const std::size_t behind = after_name(at);
   if (behind == at) return false;
@@ -96,10 +96,10 @@ bool group_scanner::at_key(std::size_t at) const {
   return peek(at) == '=';
 }
 
-// A group that is still open at the end of the file, or where another one begins, lacks its "/".
+// Ends the run when the group is still open at the end of the file or where another group begins.
 void group_scanner::need_open_group(std::size_t at) const {
   if (!ended(at) && text_[at] != '&' && text_[at] != '$') return;
-  fail_at(ended(at) ? opened_ : at, "the group &" + group_ + " is not closed", "a / behind its last value");
+  fail_at(ended(at) ? opened_ : at, "the group &" + group_ + " is not closed", "a / after its last value");
 }
 
 bool group_scanner::next_key() {
@@ -109,8 +109,7 @@ bool group_scanner::next_key() {
   need_open_group(pos_);
   if (text_[pos_] == '/') return false;
   const std::size_t behind = after_name(pos_);
-  if (behind == pos_)
-    fail_at(pos_, "no key where one must stand", "key = value, or the / that closes the group");
+  if (behind == pos_) fail_at(pos_, "a key is missing here", "key = value, or the / that closes the group");
   key_ = text_.substr(pos_, behind - pos_);
   std::ranges::transform(key_, key_.begin(), lower);
   key_at_ = pos_;
@@ -147,8 +146,7 @@ bool group_scanner::next_subscript(subscript& s) {
       ++pos_;
       return false;
     }
-    if (peek(pos_) != ',')
-      fail_at(pos_, "the index of " + key_ + " does not read", "a comma or a closing bracket");
+    if (peek(pos_) != ',') fail_at(pos_, "cannot read the index of " + key_, "a comma or a closing bracket");
     pos_ = after_blanks(pos_ + 1);
   }
   first_subscript_ = false;
@@ -162,30 +160,30 @@ bool group_scanner::next_subscript(subscript& s) {
     if (peek(pos_) == ':') {
       ++pos_;
       s.stride = take_index_number();
-      if (!s.stride) fail_at(pos_, "the index of " + key_ + " does not read", "the stride of the section");
+      if (!s.stride) fail_at(pos_, "cannot read the index of " + key_, "the stride of the section");
     }
   }
   if (!s.section && !s.first) {
-    fail_at(pos_, "the index of " + key_ + " does not read", "a whole number or a section such as 1:4");
+    fail_at(pos_, "cannot read the index of " + key_, "a whole number or a section such as 1:4");
   }
   return true;
 }
 
 void group_scanner::take_equals() {
   pos_ = after_blanks(pos_);
-  if (peek(pos_) != '=') fail_at(pos_, "no = behind the key " + key_, key_ + " = value");
+  if (peek(pos_) != '=') fail_at(pos_, "no = after the key " + key_, key_ + " = value");
   ++pos_;
   behind_value_ = false;
 }
 
-// The repeat count of "r*", or 1 and no step where none stands.
+// The repeat count of "r*"; 1, without a step forward, if there is none.
 int group_scanner::take_repeat() {
   std::size_t behind = pos_;
   while (is_digit(peek(behind))) ++behind;
   if (behind == pos_ || peek(behind) != '*') return 1;
   int repeat = 0;
   if (!to_integer(text_.substr(pos_, behind - pos_), repeat) || repeat < 1) {
-    fail_at(pos_, "the repeat count of a value of " + key_ + " does not read", "a whole number from 1 on");
+    fail_at(pos_, "cannot read the repeat count of a value of " + key_, "a whole number from 1 on");
   }
   pos_ = behind + 1;
   return repeat;
@@ -197,7 +195,7 @@ std::string group_scanner::take_quoted() {
   std::string held;
   for (;; ++pos_) {
     if (ended(pos_)) {
-      fail_at(begin, "a text of " + key_ + " has no end", std::string("a closing ") + quote);
+      fail_at(begin, "a text of " + key_ + " has no closing quote", std::string("a closing ") + quote);
     }
     const char c = text_[pos_];
     if (c == quote) {
@@ -211,8 +209,8 @@ std::string group_scanner::take_quoted() {
   if (!ended(pos_) && !ends_word(text_[pos_])) {
     const bool same_line = text_.substr(begin, pos_ - begin).find('\n') == std::string_view::npos;
     fail_at(same_line ? pos_ : begin,
-            same_line ? "no separator behind a text of " + key_
-                      : "a text of " + key_ + " goes on to the next quote in a later line",
+            same_line ? "no separator after a text of " + key_
+                      : "a text of " + key_ + " continues to a quote in a later line",
             same_line ? "a comma, a blank or the end of the line" : "a closing quote");
   }
   return held;

@@ -1,4 +1,4 @@
-// The scanner of an input group: takes "&name key(index) = values /" apart into keys, subscripts and values.
+// The scanner of an input group: splits "&name key(index) = values /" into keys, subscripts and values.
 #pragma once
 
 #include <cstddef>
@@ -13,53 +13,53 @@ namespace vbn {
 struct subscript {
   bool section = false;
   std::optional<int> first, last, stride;
-  std::size_t at = 0;  // where it stands
+  std::size_t at = 0;  // its place
 };
 
 // One value of an assignment.
 struct group_value {
   enum class kind { empty, word, quoted };
 
-  kind type = kind::empty;  // `empty` leaves what it stands for unchanged
-  int repeat = 1;           // stands for so many equal values
-  std::string text;         // a word as it stands; a quoted text without its quotes
-  std::size_t at = 0;       // where it stands
+  kind type = kind::empty;  // `empty` leaves its elements unchanged
+  int repeat = 1;           // the number of equal values
+  std::string text;         // a word without changes; a quoted text without its quotes
+  std::size_t at = 0;       // its place
 };
 
 // Walks through the first group of a name in a text, in the notation of the Fortran standard's namelist
-// groups. The text must outlive the scanner. Places ("at") are offsets in the text. Whatever does not read
-// ends the run with a message that shows the place.
+// groups. The text must outlive the scanner. Places ("at") are offsets in the text. What cannot be read ends
+// the run with a message that shows the place.
 //
 // Text before the group is skipped, and a comment there does not open it. Inside, blanks, tabs, line ends and
-// comments (from "!" to the end of the line) stand between all that is told apart, never within a word or a
-// number. A quoted text goes on over line ends, which do not belong to it.
+// comments (from "!" to the end of the line) may separate any two items, but not split a word or a number. A
+// quoted text may continue on the next line; the line end is not part of it.
 class group_scanner {
  public:
-  // Stands behind the "&group" found. A text without the group ends the run.
+  // Finds "&group" and moves to the place after it. A text without the group ends the run.
   group_scanner(std::string_view file, std::string_view content, std::string_view group);
 
-  // Takes the next key. False at the "/" that closes the group.
+  // Reads the next key. False at the "/" that closes the group.
   bool next_key();
-  // The key taken last, in lower case, and where it stands.
+  // The key read last, in lower case, and its place.
   const std::string& key() const { return key_; }
   std::size_t key_at() const { return key_at_; }
 
-  // With `next_key` done: whether an index follows the key. `next_subscript` then takes one subscript after
-  // the other, false behind the last.
+  // After `next_key`: whether an index follows the key. `next_subscript` then reads one subscript after the
+  // other; false after the last.
   bool open_index();
   bool next_subscript(subscript& s);
-  // Takes the "=".
+  // Reads the "=".
   void take_equals();
-  // Takes the next value of the assignment; false at the next key or at the end of the group. A place between
-  // two commas, or between the "=" and a comma, is an empty value.
+  // Reads the next value of the assignment; false at the next key or at the end of the group. Two commas
+  // without a value between them, or "=" and a comma, give an empty value.
   bool next_value(group_value& value);
 
-  // At the closing "/": whether a word goes on behind it, as in a path that lacks its quotes.
+  // At the closing "/": whether a word continues after it, as in a path without quotes.
   bool closes_inside_word() const;
 
-  // Tells a warning that names the line of the place.
+  // Prints a warning with the line number of the place.
   void warn_at(std::size_t at, const std::string& what) const;
-  // Ends the run with the message that shows the line of the place.
+  // Ends the run with a message that shows the line of the place.
   [[noreturn]] void fail_at(std::size_t at, std::string what, std::string expected) const;
 
  private:
@@ -84,7 +84,7 @@ class group_scanner {
   std::string key_;
   std::size_t key_at_ = 0;
   bool first_subscript_ = false;
-  bool behind_value_ = false;  // a comma ends the value before it, and no empty one
+  bool behind_value_ = false;  // a comma ends the value before it and is not an empty value
 };
 
 }  // namespace vbn

@@ -1,4 +1,4 @@
-// Arrays that count from 1, column-major, each the one owner of its memory.
+// Arrays with indices from 1, column-major, each the owner of its memory.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +11,8 @@
 
 namespace vbn {
 
-// Offset of index i of 1..n. In the debug and sanitizer builds an index out of its range ends the process; in
-// the release build nothing is tested.
+// Offset of index i of 1..n. In the debug and sanitizer builds an index out of range ends the process; the
+// release build does not check.
 inline std::size_t offset(int i, [[maybe_unused]] int n) {
 #ifdef VBN_RANGE_CHECKS
   if (i < 1 || i > n) {
@@ -72,7 +72,7 @@ class array2 {
   const T* data() const { return held_.data(); }
   std::span<T> span() { return held_; }
   std::span<const T> span() const { return held_; }
-  // Column j as a view of `rows` elements, which counts from 0 as every span does.
+  // Column j as a view of `rows` elements, with indices from 0 as in every span.
   std::span<T> column(int j) {
     return std::span<T>(held_).subspan(offset(j, cols_) * row_count(), row_count());
   }

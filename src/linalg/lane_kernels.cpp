@@ -1,9 +1,9 @@
-// Compiles the inner loops of the eigensolver for each vector width and tells which the processor can run.
+// Compiles the inner loops of the eigensolver for each vector width and says which the processor can run.
 //
-// Each width has its own namespace: the linker would merge functions of one name, and run one of them for
-// all. For the same reason nothing of the standard library is instantiated inside. g++ (from 12, which has
-// __builtin_shufflevector) and clang each have their own pragma for the instructions of a namespace, and
-// ignore the other's.
+// Each width has its own namespace: otherwise the linker would merge functions of the same name and use one
+// for all widths. For the same reason no template of the standard library is instantiated inside. g++ (from
+// 12, which has __builtin_shufflevector) and clang each have their own pragma for the instructions of a
+// namespace, and ignore the other's.
 #include "linalg/lane_kernels.hpp"  // for lane_kernels
 
 #include <cstring>
@@ -11,12 +11,12 @@
 namespace vbn {
 namespace {
 
-constexpr int block = 4;  // columns that the reduction works on side by side
+constexpr int block = 4;  // columns that the reduction processes together
 
 namespace width2 {  // what every processor has
 constexpr std::ptrdiff_t width = 2;
-constexpr int group = 4;  // registers of lanes that `wave` carries for each sweep
-constexpr int waves = 2;  // sweeps on their way at once
+constexpr int group = 4;  // registers of lanes that `wave` holds for each sweep
+constexpr int waves = 2;  // sweeps in progress at once
 using lanes = double __attribute__((vector_size(width * sizeof(double))));
 void transpose(lanes* a) {
   const lanes first = a[0];
@@ -64,7 +64,7 @@ void transpose(lanes* a) {
 #pragma GCC push_options
 #pragma GCC target("avx512f")
 #endif
-namespace width8 {  // the strips only: to turn wider tiles costs the reduction more than it gains
+namespace width8 {  // the strips only: in the reduction, transposing wider tiles costs more than it gains
 constexpr std::ptrdiff_t width = 8;
 constexpr int group = 2;
 constexpr int waves = 3;

@@ -1,4 +1,4 @@
-// The inner loops of the eigensolver, each once for every vector width that a processor may have.
+// The inner loops of the eigensolver, compiled for each vector width that a processor may have.
 #pragma once
 
 #include <cstddef>
@@ -6,9 +6,9 @@
 
 namespace vbn {
 
-// Lanes of a strip: so many columns (or rows) of the transformation are worked on side by side. Element k of
-// lane t of a strip stands at k strip_lanes + t, both from 0. The strip of a matrix of 1500 rows stays in the
-// second-level cache.
+// Lanes of a strip: the number of columns (or rows) of the transformation that are processed together.
+// Element k of lane t of a strip is at k strip_lanes + t, both from 0. The strip of a matrix of 1500 rows
+// fits into the second-level cache.
 constexpr int strip_lanes = 16;
 
 // A plane rotation.
@@ -17,18 +17,18 @@ struct rotation {
 };
 
 // A QL sweep: rotations of the neighbouring columns i and i+1 for i = high-1 down to low, counted from 0. The
-// one of column i stands at rotations[i].
+// rotation of column i is rotations[i].
 struct sweep {
   int low, high;
   const rotation* rotations;
 };
 
-// The inner loops for one vector width. Each element sees the same operations in the same order whatever the
-// width, and no product is contracted with a sum, so that all widths give the same bits.
+// The inner loops for one vector width. Each element undergoes the same operations in the same order for
+// every width, and no product is contracted with a sum, so all widths give the same bits.
 struct lane_kernels {
   // A step of the reduction, on the leading l x l part of the symmetric matrix a whose element (j,k), k <= j,
-  // stands at w[j ld + k], all from 0: the change that waits, a(j,k) := a(j,k) - x(j) y(k) - y(j) x(k), then
-  // p := a u, each sum in the order of its terms.
+  // is w[j ld + k], all from 0: the update postponed from the step before, a(j,k) := a(j,k) - x(j) y(k) -
+  // y(j) x(k), then p := a u, each sum in the order of its terms.
   void (*update_and_multiply)(int l, double* w, std::ptrdiff_t ld, const double* x, const double* y,
                               const double* u, double* p);
 

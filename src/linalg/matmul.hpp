@@ -7,7 +7,7 @@
 
 namespace vbn {
 
-// Whether an operand is taken as it stands or transposed.
+// Whether an operand is used as it is or transposed.
 enum class op { plain, transposed };
 
 // op(a) x op(b) by BLAS dgemm.

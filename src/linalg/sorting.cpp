@@ -12,7 +12,7 @@ namespace vbn {
 namespace {
 
 constexpr int nstack = 50;
-constexpr int longest_insertion = 7;  // elements of a stretch that straight insertion sorts
+constexpr int longest_insertion = 7;  // longest piece that straight insertion sorts
 
 }  // namespace
 
@@ -25,7 +25,7 @@ void indexx(std::span<const double> arr, array1<int>& indx) {
     if (key(low) > key(high)) std::swap(indx(low), indx(high));
   };
 
-  std::array<std::pair<int, int>, nstack / 2> stack;  // stretches still to be sorted, two entries each
+  std::array<std::pair<int, int>, nstack / 2> stack;  // pieces still to be sorted, two entries each
   std::size_t held = 0;
   int l = 1;
   int ir = n;

@@ -9,13 +9,13 @@
 
 namespace vbn {
 
-// indx (n) such that arr(indx(1..n)) rises; with ntype = -1 the same index in reverse, so that it falls.
-// Equal keys come in no defined order, but always in the same. Quicksort with the median of three and
-// straight insertion for short stretches (Hoare 1962, Sedgewick 1978). Stops the run when the stack of 50
-// entries overflows, which the order of the work rules out below 2^25 elements.
+// indx (n) such that arr(indx(1..n)) increases; with ntype = -1 the same index in reverse, so that it
+// decreases. The order of equal keys is not defined, but always the same. Quicksort with the median of three
+// and straight insertion for short pieces (Hoare 1962, Sedgewick 1978). Stops the run when the stack of 50
+// entries overflows; since the shorter piece is sorted first, this cannot happen below 2^25 elements.
 void dorder(std::span<const double> arr, array1<int>& indx, int ntype);
 
-// `dorder`, rising.
+// `dorder` in increasing order.
 void indexx(std::span<const double> arr, array1<int>& indx);
 
 // a(i) := a(indx(i)) for the i of indx.

@@ -1,8 +1,8 @@
 // Implicit QL iteration for the eigenvalues and eigenvectors of a tridiagonal matrix.
 //
 // The arithmetic is that of the published routine, operation for operation. The rotations of a sweep depend
-// on d and e alone, and each row of z on no other row: so the iteration on d and e runs ahead and keeps its
-// rotations, and a batch of sweeps is applied to a strip of rows while that stays in cache.
+// only on d and e, and each row of z on no other row. So the iteration on d and e runs ahead and stores its
+// rotations, and a batch of sweeps is applied to a strip of rows while the strip is in cache.
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr double machep = 2.220446049250313e-16;
 constexpr int max_iterations = 30;
-constexpr int batch = 120;  // sweeps that are kept before they are applied
+constexpr int batch = 120;  // sweeps that are stored before they are applied
 
 // The rows of z in strips: strips(t,j,q) = z(row,j) with row = (q - 1) strip_lanes + t. Lanes past the last
 // row stay 0.
@@ -33,7 +33,7 @@ array3<double> pack(const array2<double>& z) {
   return strips;
 }
 
-// Column j of z := column from(j) of the matrix that was packed.
+// Column j of z := column from(j) of the packed matrix.
 void unpack(const array3<double>& strips, const array1<int>& from, array2<double>& z) {
   const int n = z.rows();
   for (int q = 1; q <= strips.extent3(); ++q) {
@@ -43,7 +43,8 @@ void unpack(const array3<double>& strips, const array1<int>& from, array2<double
   }
 }
 
-// Puts the eigenvalues into rising order by selection, the first of equal ones first, and `from` with them.
+// Sorts the eigenvalues in increasing order by selection, the first of equal ones first, and `from` with
+// them.
 void sort_rising(array1<double>& d, array1<int>& from) {
   const int n = d.size();
   for (int i = 1; i < n; ++i) {
@@ -55,7 +56,7 @@ void sort_rising(array1<double>& d, array1<int>& from) {
   }
 }
 
-// Shifts the spectrum from eigenvalue l on, by the amount that is returned.
+// Shifts the spectrum from eigenvalue l on and returns the shift.
 double shift(array1<double>& d, const array1<double>& e, int l) {
   const double g = d(l);
   const double p = (d(l + 1) - g) / (2.0 * e(l));
@@ -66,8 +67,8 @@ double shift(array1<double>& d, const array1<double>& e, int l) {
   return h;
 }
 
-// One QL transformation of the rows l to m of the tridiagonal matrix; the rotation of columns i and i+1 goes
-// into rotations[i-1].
+// One QL transformation of the rows l to m of the tridiagonal matrix; the rotation of columns i and i+1 is
+// stored in rotations[i-1].
 void transform(array1<double>& d, array1<double>& e, int l, int m, std::span<rotation> rotations) {
   double p = d(m);
   double c = 1.0;

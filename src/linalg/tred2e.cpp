@@ -1,9 +1,9 @@
 // Householder reduction of a symmetric matrix to tridiagonal form, with the transformation accumulated.
 //
-// The arithmetic is that of the published routine, operation for operation: every sum runs in its order and
-// every element sees its changes in their order, so that the results agree to the last bit. Only what is
-// independent changes places: the change of the matrix in one step waits for the product of the next, so that
-// one pass does both, and the columns of the transformation are worked off in strips.
+// The arithmetic is that of the published routine, operation for operation: the order of every sum and of the
+// changes of every element is the same, so the results agree to the last bit. Only independent operations are
+// reordered: the update of the matrix in one step is postponed to the product of the next, so that one pass
+// does both, and the columns of the transformation are processed in strips.
 #include <algorithm>
 #include <cmath>
 #include <span>
@@ -14,12 +14,13 @@
 namespace vbn {
 namespace {
 
-// Reduces the matrix whose row i, up to the diagonal, stands in column i of w. Leaves the diagonal of the
-// tridiagonal form where it stands, its subdiagonal in e, and above the diagonal of column i the vector u of
-// step i, which belongs to the transformation 1 - u u^T / h with h in d(i); h = 0 where the step was skipped.
+// Reduces the matrix whose row i, up to the diagonal, is in column i of w. Leaves the diagonal of the
+// tridiagonal form on the diagonal of w, its subdiagonal in e, and above the diagonal of column i the vector
+// u of step i, which belongs to the transformation 1 - u u^T / h with h in d(i); h = 0 where the step was
+// skipped.
 void reduce(array2<double>& w, array1<double>& d, array1<double>& e, const lane_kernels& kernels) {
   const int n = w.rows();
-  array1<double> x(n);  // u of the step before, which with y is the change that waits
+  array1<double> x(n);  // u of the step before, which with y gives the postponed update
   array1<double> y(n);
   array1<double> p(n);
   for (int i = n; i >= 2; --i) {
@@ -69,7 +70,7 @@ void reduce(array2<double>& w, array1<double>& d, array1<double>& e, const lane_
 }
 
 // z := the product of the transformations that `reduce` left in w and d. Its columns are independent of each
-// other; column j comes in after step j.
+// other; column j is included after step j.
 void accumulate(const array2<double>& w, const array1<double>& d, array2<double>& z,
                 const lane_kernels& kernels) {
   const int n = w.rows();
@@ -97,13 +98,13 @@ void accumulate(const array2<double>& w, const array1<double>& d, array2<double>
         strip(lane, i) = 1.0;
       }
     }
-    // The vectors that stood in these columns of z have served all strips that need them.
+    // The vectors in these columns of z are no longer needed by any strip.
     for (int j = first; j <= last; ++j)
       for (int k = 1; k <= n; ++k) z(k, j) = strip(j - first + 1, k);
   }
 }
 
-// The lower triangle of a in rows, as `reduce` takes it, reduced.
+// The lower triangle of a, stored in rows for `reduce` and reduced.
 array2<double> reduced(const array2<double>& a, array1<double>& d, array1<double>& e,
                        const lane_kernels& kernels) {
   const int n = a.rows();

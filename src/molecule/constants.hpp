@@ -1,4 +1,4 @@
-// The constants of the whole program, physical and of its extents, each with its one home here.
+// The physical constants and the limits of the whole program.
 #pragma once
 
 namespace vbn {

@@ -1,4 +1,4 @@
-// The tables of the elements, an element a line in the order of the atomic numbers, and the look-ups in them.
+// The table of the elements, one a line in the order of the atomic numbers, and the look-ups in it.
 #include "molecule/elements.hpp"  // for the routines
 
 #include <iterator>
@@ -19,8 +19,8 @@ constexpr int max_radius = 105;  // the last element that has a bond radius
 
 struct element {
   const char* symbol = "";
-  double mass = 0.0;    // amu, of the most abundant isotope; 0.0 where none is held
-  double radius = 0.0;  // angstrom; 0.0 where none is held
+  double mass = 0.0;    // amu, of the most abundant isotope; 0.0 if unknown
+  double radius = 0.0;  // angstrom; 0.0 if unknown
 };
 
 constexpr element elements[] = {

@@ -6,7 +6,8 @@
 namespace vbn {
 
 // In all routines here: sqtmass (n3) root of the electron masses; fc (n3,n3) Cartesian, hartree/bohr^2; fcm
-// (n3,n3) mass-weighted. Each reads the triangle with the first index at most the second, and gives both.
+// (n3,n3) mass-weighted. Each reads the triangle whose first index is at most the second, and sets both
+// triangles.
 
 // fcm = fc / sqtmass / sqtmass.
 array2<double> fc_to_fcm(const array1<double>& sqtmass, const array2<double>& fc);
@@ -14,19 +15,19 @@ array2<double> fc_to_fcm(const array1<double>& sqtmass, const array2<double>& fc
 // fc = sqtmass fcm sqtmass.
 array2<double> fcm_to_fc(const array1<double>& sqtmass, const array2<double>& fcm);
 
-// Both forms, kept in step.
+// Both forms, which always agree.
 class force_constants {
  public:
   const array2<double>& fc() const { return fc_; }
   const array2<double>& fcm() const { return fcm_; }
 
-  // `fcm` follows.
+  // Sets `fcm` accordingly.
   void set_fc(const array1<double>& sqtmass, array2<double> fc);
-  // `fc` follows.
+  // Sets `fc` accordingly.
   void set_fcm(const array1<double>& sqtmass, array2<double> fcm);
-  // Takes other masses: `fcm` anew from `fc`.
+  // Other masses: computes `fcm` again from `fc`.
   void weigh(const array1<double>& sqtmass);
-  // Replaces `fc` alone: a projection that the modes do not see.
+  // Replaces only `fc`: a projection that does not affect the modes.
   void set_projected_fc(array2<double> fc);
 
  private:

@@ -1,4 +1,4 @@
-// Layouts of the mode data files and the one writer behind both routes.
+// Layouts of the mode data files, and the writer for both routes.
 #include "output/mode_data.hpp"  // for the interface
 
 #include <cmath>
@@ -20,7 +20,7 @@ namespace {
 constexpr int nw = 136;           // width of a rule line
 constexpr int cells_a_line = 10;  // matrix elements on a line of the main file
 
-// What one route gives for the two states.
+// The results of one route for the two states.
 struct route {
   const mode_results& g;
   const mode_results& e;
@@ -79,8 +79,8 @@ array2<double> ordered(const array1<states>& state) {
   return s_order;
 }
 
-// The elements of a matrix as text, each rendered once: an element takes the same columns in the matrix and
-// in its transpose, so that both can be put together from these cells.
+// The elements of a matrix as text, each converted once: an element has the same width in the matrix and in
+// its transpose, so both are assembled from these cells.
 class cells {
  public:
   template <class Put>
@@ -120,7 +120,7 @@ std::string orth_test(const array2<double>& s_order, double eps) {
   return lines;
 }
 
-// The files of one stem while they are written.
+// The open files of one stem.
 struct data_files {
   output_file dat;
   std::optional<output_file> rrs1;  // both only with `if_rrs`
@@ -224,7 +224,7 @@ void write_dat(data_files& files, const array1<states>& state, const array2<doub
   dat.write(end_data, {1});
   dat.line("");
 
-  // As "(10(ES13.6,X))" gives them: ten elements a line, a blank after each.
+  // In the layout "(10(ES13.6,X))": ten elements a line, a blank after each.
   const cells dush_cells(s_order, 14,
                          [](char* cell, double element) { write_scientific(cell, element, 13, 6); });
   const std::string orth_lines = orth_test(s_order, keys.eps_test_orth);
@@ -233,7 +233,7 @@ void write_dat(data_files& files, const array1<states>& state, const array2<doub
 
 void write_abs(output_file& abs, const array2<double>& s_order) {
   const int n3 = s_order.rows();
-  // As "2X,F9.5" gives them, the whole row on one line.
+  // In the layout "2X,F9.5", the whole row on one line.
   const cells abs_cells(s_order, 11,
                         [](char* cell, double element) { write_fixed(cell + 2, std::abs(element), 9, 5); });
   std::string row;

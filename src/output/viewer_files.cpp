@@ -21,9 +21,9 @@ namespace {
 
 constexpr int max_partners = 10;         // bonds of one atom to atoms of higher number
 constexpr double largest_arrow = 2.0;    // largest component of a mode in the animations
-constexpr int last_named_element = 100;  // Fm, the last element that the viewers know
+constexpr int last_named_element = 100;  // Fm, the last element known to the viewers
 
-// Ranges of atomic numbers and the step to the partner element; outside of them an element is its own
+// Ranges of atomic numbers and the step to the partner element; an element outside of them is its own
 // partner.
 struct partner_range {
   int first;
@@ -76,7 +76,7 @@ text<2> partner_symbol(const text<2>& symbol) {
 
 // The connectivity lines of one geometry, its atoms counted from `first`.
 void write_bonds(output_file& file, const array2<bool_>& bond, int natom, int first) {
-  // A line for each number of partners, made once.
+  // A layout for each number of partners, built once.
   static const std::vector<layout> bond_lines = [] {
     std::vector<layout> lines;
     lines.emplace_back("(I3)");
@@ -96,7 +96,7 @@ void write_bonds(output_file& file, const array2<bool_>& bond, int natom, int fi
     }
     if (partners > max_partners) {
       warn("atom " + std::to_string(i) + " has " + std::to_string(partners) +
-           " bonds to atoms of higher number, " + file.name() + " shows the first " +
+           " bonds to atoms of higher number; " + file.name() + " lists only the first " +
            std::to_string(max_partners));
     }
     file.write(bond_lines[static_cast<std::size_t>(std::min(partners, max_partners))], values);
@@ -109,8 +109,8 @@ double largest_magnitude(std::span<const double> v) {
   return largest;
 }
 
-// The modes cm times the root of the masses, as the viewer files show them. A true Cartesian displacement
-// would be divided by it.
+// The modes cm times the root of the masses, as in the viewer files. A true Cartesian displacement would be
+// divided by it.
 array2<double> cm_to_c(const array1<double>& sqtmass, const array2<double>& cm) {
   array2<double> c(cm.rows(), cm.cols());
   for (int i = 1; i <= cm.cols(); ++i)
@@ -212,7 +212,7 @@ void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const a
   const int n = symbol.size();
   const double vmax = largest_magnitude(v.span());
   const array2<double> shown = in_angstrom(x);
-  // As "(a4,6f16.10)" gives a line: symbol and geometry are the same in every frame and are rendered once.
+  // In the layout "(a4,6f16.10)": symbol and geometry are the same in every frame and are converted once.
   constexpr int width = 16;
   const std::string room(std::size_t{3} * width, ' ');
   std::string atoms;

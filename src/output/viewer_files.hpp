@@ -1,4 +1,4 @@
-// Files for molecule viewers: the two geometries laid over each other, the displacement, and the modes.
+// Files for molecule viewers: the two geometries superimposed, the displacement, and the modes.
 #pragma once
 
 #include <span>
@@ -16,8 +16,8 @@ namespace vbn {
 void write_file_coord(const array1<states>& state, std::string_view prefix);
 
 // Gaussian input with both geometries, the second under partner symbols, and their bonds. `xg`, `xe`
-// (3,natom) in bohr, shown in angstrom; `bondg`, `bonde` (natom,natom), or of no extent for no bonds. The
-// format lists at most ten partners of higher number for an atom; further ones are left out with a warning.
+// (3,natom) in bohr, written in angstrom; `bondg`, `bonde` (natom,natom), or empty for no bonds. The format
+// lists at most ten partners of higher number for an atom; further ones are left out with a warning.
 void write_gjf_dx(std::string_view fgauss, const array2<double>& xg, const array2<double>& xe,
                   const array2<bool_>& bondg, const array2<bool_>& bonde, const array1<text<2>>& symbol);
 
@@ -26,11 +26,11 @@ void write_xyz_dx(std::string_view fxyz_x, const array2<double>& x1, const array
                   const array1<int>& nat);
 
 // The geometry `x` (3,n) in angstrom with the displacement `d21` (3n) of each atom, scaled to 1 for the
-// largest component. Equal geometries have no scale: their vector columns are no numbers.
+// largest component. Equal geometries have no scale: their vector columns are NaN.
 void write_xyz_dv(std::string_view fxyz_v, const array2<double>& x, std::span<const double> d21,
                   const array1<int>& nat);
 
-// One frame for each mode: the geometry `x` (3,n) in bohr, shown in angstrom, and the mode vectors `v`
+// One frame for each mode: the geometry `x` (3,n) in bohr, written in angstrom, and the mode vectors `v`
 // (3n,3n), a mode a column, scaled so that the largest component of the whole file is 2. `freq` (3n) in
 // atomic units.
 void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const array2<double>& x,
@@ -39,8 +39,8 @@ void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const a
 // Element symbols by atomic number, two characters: those of 1 to 100, and "X " for any other number.
 void get_element_name(const array1<int>& nat, array1<text<2>>& symbol);
 
-// The element that shows an atom of the second geometry: a neighbour in the same group, so that a viewer
-// gives it another colour.
+// The element for an atom of the second geometry: a neighbour in the same group, so that a viewer gives it
+// another colour.
 void change_nat(const array1<int>& nat, array1<int>& nat1);
 
 }  // namespace vbn

@@ -18,11 +18,11 @@ namespace vbn {
 
 namespace {
 
-constexpr double told_change = 0.01;  // cm-1; a frequency that changes more is told in the log
-constexpr double worst_change = 5.0;  // cm-1; one that changes more stops the run
+constexpr double told_change = 0.01;  // cm-1; a larger change of a frequency gives a warning in the log
+constexpr double worst_change = 5.0;  // cm-1; a larger change stops the run
 
-// Diagonalises rows first to first + j - 1 of fcm1 (n3,n3), and puts the block, its eigenvectors and its
-// eigenvalues into the same place of fcm (n3,n3), cm (n3,n3) and evm (n3).
+// Diagonalises rows first to first + j - 1 of fcm1 (n3,n3), and stores the block, its eigenvectors and its
+// eigenvalues at the same place of fcm (n3,n3), cm (n3,n3) and evm (n3).
 void diag_block(const array2<double>& fcm1, int first, int j, array2<double>& fcm, array2<double>& cm,
                 array1<double>& evm) {
   array2<double> block(j, j);
@@ -41,8 +41,8 @@ void diag_block(const array2<double>& fcm1, int first, int j, array2<double>& fc
   }
 }
 
-// The frequencies without symmetry beside those by representation. The first six modes are left out, which
-// count as translations and rotations also for a linear molecule.
+// The frequencies without symmetry and those by representation, side by side. The first six modes are left
+// out; they count as translations and rotations also for a linear molecule.
 void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, output_file& fout) {
   const layout rule("(80(1h-))");
   const layout row("(a6, 2x, 2f20.2)");
@@ -61,9 +61,9 @@ void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, 
       tell_free({"Symmetric diagonalization are not same as diagonalization"});
       tell(row, {irrep, nosymm, symm_diag});
       tell_free({"Stop!"});
-      warn("the Hessian does not have the symmetry of the axes that point group " + symmetry.new_pgrp.str() +
-           " was found in: where the default eckart_rot = 2 has turned state 1 away from them, give "
-           "eckart_rot = 1; a Hessian that is off by itself is made symmetric by enforce_symm");
+      warn("the Hessian does not have the symmetry of point group " + symmetry.new_pgrp.str() +
+           " in the present axes: if the default eckart_rot = 2 has rotated state 1 away from its symmetry "
+           "axes, use eckart_rot = 1; if the Hessian itself is not symmetric, use enforce_symm = t");
       stop();
     }
   }

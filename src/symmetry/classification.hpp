@@ -7,15 +7,15 @@
 
 namespace vbn {
 
-// Diagonalises the mass-weighted force constants in the basis `trans_symm`, each representation by itself,
-// and puts the modes in the order of rising eigenvalues: replaces force constants and modes with their
-// `irrep`, and fills `ir_idx`. What couples different representations is dropped.
+// Diagonalises the mass-weighted force constants in the basis `trans_symm`, each representation separately,
+// and sorts the modes by increasing eigenvalue: replaces force constants and modes with their `irrep`, and
+// fills `ir_idx`. Elements that couple different representations are dropped.
 void get_point_group(const array1<double>& sqtmass, symmetry_data& symmetry, force_constants& force,
                      normal_modes& modes);
 
-// Writes to the log the point group, the frequencies of each representation and, beside `freq1`, of each mode
+// Writes to the log the point group, the frequencies of each representation, `freq1` and `freq` of each mode
 // from the 7th on (cm-1), then the file and the atoms. A change above 5 cm-1 stops the run, with lines on
-// standard output and a way out on the error stream; one above 0.01 cm-1 is told in the log.
+// standard output and advice on the error stream; a change above 0.01 cm-1 gives a warning in the log.
 void print_point_group(const states& state, output_file& fout);
 
 }  // namespace vbn

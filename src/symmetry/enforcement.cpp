@@ -1,4 +1,4 @@
-// Overwrites every element by the signed value of its symmetry-unique representative.
+// Replaces every element by the signed value of its symmetry-unique representative.
 #include "symmetry/enforcement.hpp"  // for get_enforce_symm
 
 #include <cmath>
@@ -17,7 +17,7 @@ namespace vbn {
 
 namespace {
 
-// The representative of coordinate ix of atom ia, and the sign that it is taken with.
+// The representative of coordinate ix of atom ia, and its sign.
 struct signed_coordinate {
   int atom;
   int coordinate;
@@ -70,7 +70,7 @@ void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<
   const int n = x.cols();
   int kept = 0;
   for (int p = op_e + 1; p <= op_i; ++p) {
-    bool on_planes = false;  // the axis or the centre lies on planes that have cleaned its atoms
+    bool on_planes = false;  // the axis or the centre is on mirror planes, which have treated its atoms
     for (int a = 1; a <= 3; ++a) on_planes = on_planes || (mirror(a) && symm_op(a, p) < 0);
     if (!found.op(p) || on_planes) continue;
     const auto in_place = [&](int i) { return found.jreln(i, p) == i; };
@@ -94,7 +94,7 @@ void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<
   if (kept > 0)
     warn(std::to_string(kept) +
          " force constants between motions along an axis of rotation and across it are above symm_tol and "
-         "stay");
+         "are kept");
 }
 
 void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {

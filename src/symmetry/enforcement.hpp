@@ -1,4 +1,4 @@
-// Exactly symmetric geometry, Hessian and couplings, each element from the one that stands for it.
+// Exactly symmetric geometry, Hessian and couplings, each element from its representative.
 #pragma once
 
 #include "linalg/array.hpp"          // for array1, array2, array3
@@ -7,26 +7,28 @@
 
 namespace vbn {
 
-// In all routines here `tol` is `symm_tol` by its bare number, whatever the unit of the array. Nothing is
-// averaged over the operations.
+// In all routines here `tol` is the number `symm_tol` in the unit of the array. Nothing is averaged over the
+// operations.
 
 // Searches the point group of the state. With the key on and a group above C1 then makes `x` and `fc`, and of
-// a state with the couplings `x_nac` and `nacme_x`, symmetric, rebuilds `fcm` from this `fc` and brings the
-// state to its inertial frame again. Stops the run: what the search and the three routines below stop for.
+// a state with the couplings `x_nac` and `nacme_x`, symmetric, computes `fcm` again from this `fc` and moves
+// the state to its inertial frame again. Stops the run where the search or one of the three routines below
+// does.
 void get_enforce_symm(bool enforce_symm, double symm_tol, states& state);
 
-// Puts atoms that lie within tol of a mirror plane on it, and takes out of fc(n3,n3) what couples motions in
-// and normal to the plane for pairs of such atoms. An element above tol is told on standard output and stays.
+// Moves atoms that are within tol of a mirror plane onto it, and sets to zero the elements of fc(n3,n3) that
+// couple motions in and normal to the plane for pairs of such atoms. An element above tol is printed to
+// standard output and kept.
 void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirror, double tol);
 
-// The same for what a plane does not reach: atoms that a rotation or the inversion leaves in their place are
-// put on the axis or the centre, and fc loses what couples motions along an axis and across it for pairs of
-// such atoms. Elements above tol stay, and their number is told on the error stream.
+// The same without a plane: atoms that a rotation or the inversion leaves in place are moved onto the axis or
+// the centre, and the elements of fc that couple motions along an axis and across it are set to zero for
+// pairs of such atoms. Elements above tol are kept, and a warning gives their number.
 void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<double>& x,
               array2<double>& fc, double tol);
 
 // Gives v0(3,n), which transforms like coordinates, the symmetry of `id3`. A component that changes by more
-// than tol is told on standard output; a root-mean-square change above tol stops the run.
+// than tol is printed to standard output; a root-mean-square change above tol stops the run.
 void get_array3(const array3<int>& id3, array2<double>& v0, double tol);
 
 // The same for a field of couplings, which may be even or odd under the operations that exchange atoms; a

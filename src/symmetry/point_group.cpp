@@ -1,4 +1,4 @@
-// Search for the operations of D2H that map the molecule onto itself, and what follows from them.
+// Search for the operations of D2H that map the molecule onto itself, and the results derived from them.
 #include "symmetry/point_group.hpp"  // for point_group1
 
 #include <cmath>
@@ -49,8 +49,8 @@ bool find_images(const array2<double>& x, const array1<int>& nat, const array1<d
   return true;
 }
 
-// The first operation of the set whose map of the atoms does not multiply with another's as the operations
-// themselves do, 0 when all do. Then each map is a permutation that undoes itself, and the set is a group.
+// The first operation whose map of the atoms does not multiply with another map as the operations do, 0 if
+// there is none. With 0 each map is a permutation that is its own inverse, and the set is a group.
 int broken_operation(const symmetry_search& found) {
   for (int p = 1; p <= n_symm_op; ++p)
     for (int q = 1; q <= p; ++q) {
@@ -99,8 +99,8 @@ symmetry_search search_op1(const array2<double>& x, const array1<int>& nat, cons
   found.jreln = array2<int>(n, n_symm_op);
   found.jreln3 = array2<int>(3 * n, n_symm_op);
 
-  // E holds by definition, also where a tolerance below zero finds no atom in its own place, or a large one
-  // finds another atom first.
+  // E is present by definition, also where a tolerance below zero finds no atom in its own place, or a large
+  // one finds another atom first.
   found.op(op_e) = true;
   for (int i = 1; i <= n; ++i) found.jreln(i, op_e) = i;
   for (int p = op_e + 1; p <= n_symm_op; ++p) found.op(p) = find_images(x, nat, mass, tol, p, found.jreln);
@@ -111,7 +111,7 @@ symmetry_search search_op1(const array2<double>& x, const array1<int>& nat, cons
     keep_identity_alone(found);
   } else if (const int p = broken_operation(found); p != 0) {
     warn("symm_tol is so large that " + std::string(op_name(p)) +
-         " sends several atoms to one place: the molecule is taken as of no symmetry (C1); give a symm_tol "
+         " maps several atoms onto one: the molecule is treated as C1; use a symm_tol "
          "below half the distance of like atoms");
     keep_identity_alone(found);
   }
@@ -133,7 +133,7 @@ void search_op3(const symmetry_search& found, array1<int>& ir_lw, array1<int>& i
     array1<bool_> isinc(n3);
     for (int i3 = 1; i3 <= n3; ++i3) {
       if (isinc(i3)) continue;
-      std::map<int, int> bas_n3;  // the images of the coordinate, in rising order, with their weights
+      std::map<int, int> bas_n3;  // the images of the coordinate, in increasing order, with their weights
       for (int g = 1; g <= nr; ++g) {
         const int j3 = found.jreln3(i3, ir_op(g, found.npg));
         bas_n3[std::abs(j3)] += ir_table(g, r, found.npg) * sign_of(j3);
@@ -143,8 +143,8 @@ void search_op3(const symmetry_search& found, array1<int>& ir_lw, array1<int>& i
       ++nrs;
       ir_hi(r) = nrs;
       if (ir_lw(r) == 0) ir_lw(r) = nrs;
-      // All weights of a projection are of one magnitude, so the signs over the root of their number are a
-      // vector of length 1.
+      // All weights of a projection have the same magnitude, so their signs divided by the root of their
+      // number form a vector of length 1.
       const double size = std::sqrt(1.0 / static_cast<double>(bas_n3.size()));
       for (const auto& [r3, weight] : bas_n3) {
         isinc(r3) = true;
@@ -154,8 +154,8 @@ void search_op3(const symmetry_search& found, array1<int>& ir_lw, array1<int>& i
   }
 }
 
-// An operation undoes itself, so an atom is sent to the same atoms that are sent to it: the orbit need not be
-// searched for among all representatives found so far.
+// Each operation is its own inverse, so the images of an atom are its orbit: no search among the
+// representatives found so far is needed.
 representative in_coord_basis(const symmetry_search& found, int iat) {
   representative lowest{iat, 0, op_e};
   for (int ip = 1; ip <= n_symm_op; ++ip)
@@ -210,7 +210,7 @@ symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_d
     }
   }
   if (root_mean_square_of_coordinates(x, x_symm) > symm_tol) {
-    if (symm_tol < 0.0) warn("symm_tol is below zero: no two geometries agree; give 0 or more");
+    if (symm_tol < 0.0) warn("symm_tol is below zero: no two geometries agree; use 0 or more");
     tell_free({"x_symm is not the same as x, stop!"});
     stop();
   }

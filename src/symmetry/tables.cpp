@@ -74,7 +74,7 @@ constexpr names names_d2h = {"Ag", "B1g", "B2g", "B3g", "Au", "B1u", "B2u", "B3u
 struct group {
   std::string_view name;
   int nrep;
-  std::array<int, max_rep> op;  // numbers of the operations, 0 past the group's own
+  std::array<int, max_rep> op;  // numbers of the operations, then 0
   const names* ir_name;
   const characters* ir_table;
 };

@@ -1,4 +1,4 @@
-// The symmetry operations and the point groups that are known: D2H and its subgroups, with their characters.
+// The symmetry operations and the point groups: D2H and its subgroups, with their characters.
 #pragma once
 
 #include <string_view>
@@ -20,7 +20,7 @@ inline constexpr int op_syz = 8;
 int symm_op(int a, int p);
 // Name of operation p.
 std::string_view op_name(int p);
-// The operation that operations p and q make one after the other. Each operation undoes itself.
+// The product of operations p and q. Each operation is its own inverse.
 int op_product(int p, int q);
 
 // The groups, npg = 1..16. A letter in brackets is the axis of the group's main element.

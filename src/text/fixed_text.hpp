@@ -10,13 +10,13 @@
 
 namespace vbn {
 
-// A text of n characters: filled with blanks when what is assigned is shorter, cut when it is longer.
-// Comparison ignores trailing blanks.
+// A text of n characters: a shorter text is filled up with blanks, a longer one is cut. Comparison ignores
+// trailing blanks.
 template <std::size_t n>
 class text {
  public:
   text() { held_.fill(' '); }
-  text(std::string_view a) {  // implicit: assigning a text is the usual case
+  text(std::string_view a) {  // implicit, since texts are assigned everywhere
     held_.fill(' ');
     std::copy_n(a.begin(), std::min(n, a.size()), held_.begin());
   }

@@ -13,14 +13,14 @@ bool blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 bool separates(char c) { return blank(c) || c == ',' || c == '/'; }
 
-// A free-form read from a stretch of text, in which line ends count as blanks.
+// A free-form read from a text in which line ends count as blanks.
 class free_reader {
  public:
   enum class outcome { read, left_out, ended, bad, out_of_text };
 
   free_reader(const char* from, const char* to) : at_(from), to_(to) {}
 
-  // Where the read stands: behind the last value, or where it failed.
+  // The position: after the last value, or where the read failed.
   const char* at() const { return at_; }
 
   outcome read(int& i) {
@@ -43,7 +43,7 @@ class free_reader {
           if (p + 1 == to_ || p[1] != quote) break;
           ++p;
         } else if (*p == '\n' || *p == '\r') {
-          continue;  // a text between quotes goes on behind a line end, which is no part of it
+          continue;  // a quoted text may continue on the next line; the line end is not part of it
         }
         held += *p;
       }
@@ -79,7 +79,7 @@ class free_reader {
     return why;
   }
 
-  // Goes to the next value: `constant_` is where it begins, in the text or again at a repeated one.
+  // Moves to the next value: `constant_` is where it begins; for a repeated value it stays.
   outcome find() {
     if (repeats_ > 0) {
       --repeats_;
@@ -137,9 +137,9 @@ class free_reader {
   const char* at_;
   const char* to_;
   const char* constant_ = nullptr;
-  int repeats_ = 0;            // how often the constant still stands for a value
+  int repeats_ = 0;            // how often the constant is still to be used
   bool nothing_ = false;       // the repeated constant is empty
-  bool behind_value_ = false;  // a comma that comes next belongs to the value before it
+  bool behind_value_ = false;  // the next comma belongs to the value before it
 };
 
 using outcome = free_reader::outcome;

@@ -1,4 +1,4 @@
-// Free-form reads: values that blanks, commas and line ends separate, as the Fortran standard has them.
+// Free-form reads as in the Fortran standard: values separated by blanks, commas and line ends.
 #pragma once
 
 #include <initializer_list>
@@ -8,7 +8,7 @@
 
 namespace vbn {
 
-// What one value of a free-form read is stored in. `skip()` reads a word and drops it.
+// Where one value of a free-form read is stored. `skip()` reads a word and drops it.
 class target {
  public:
   enum class kind { integer, real, characters, skipped };
@@ -32,20 +32,20 @@ class target {
   std::string* text_ = nullptr;
 };
 
-// How a free-form read ended: where it is, behind the last value or at the one that failed, and the failure
+// How a free-form read ended: its position, after the last value or at the one that failed, and the failure
 // in words, nullptr for none.
 struct free_read {
   const char* at;
   const char* failure;
 };
 
-// Free-form read from a stretch of text, in which line ends count as blanks; text that runs out is a failure.
-// A value that a slash or a comma leaves out stays untouched and is no failure.
+// Free-form read from a text in which line ends count as blanks; a text with too few values is a failure. A
+// value that a slash or a comma leaves out stays unchanged and is no failure.
 free_read read_free_form(std::string_view from, std::initializer_list<target> targets);
 // Drops `words` words and reads many reals, the fast way.
 free_read read_free_form(std::string_view from, int words, std::span<double> numbers);
 
-// The same, asking for the outcome alone: true where nothing failed.
+// The same; the result is only whether the read succeeded.
 bool read_free(std::string_view from, std::initializer_list<target> targets);
 bool read_free_after(std::string_view from, int words, std::span<double> numbers);
 

@@ -1,4 +1,4 @@
-// Text files taken into memory, and what is read from them.
+// Text files read into memory, and the reads of lines and values from them.
 #include "text/input_file.hpp"  // for input_file
 
 #include <fcntl.h>
@@ -16,7 +16,7 @@ namespace vbn {
 
 namespace {
 
-// A file descriptor that is closed when its owner goes; below zero when the file was not opened.
+// A file descriptor that its owner closes; below zero when the file was not opened.
 class file_handle {
  public:
   explicit file_handle(int descriptor) : number(descriptor) {}
@@ -48,7 +48,7 @@ std::optional<input_file> input_file::try_open(std::string_view name) {
 std::optional<input_file> input_file::open(std::string_view name, std::string& why) {
   input_file f;
   f.name_ = trim(name);
-  // A FIFO without a writer would block the opening.
+  // Opening a FIFO without a writer would block.
   const file_handle handle(::open(f.name_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat about {};
   if (handle.number < 0 || ::fstat(handle.number, &about) != 0) {
@@ -56,10 +56,10 @@ std::optional<input_file> input_file::open(std::string_view name, std::string& w
     return std::nullopt;
   }
   if (!S_ISREG(about.st_mode)) {
-    why = S_ISDIR(about.st_mode) ? "it is a folder" : "it is no regular file";
+    why = S_ISDIR(about.st_mode) ? "it is a folder" : "it is not a regular file";
     return std::nullopt;
   }
-  // The size is only where the reading starts from: a file is read to its end.
+  // The size is a first guess only: a file is read to its end.
   std::size_t room = static_cast<std::size_t>(about.st_size) + 1;
   f.held_ = std::make_unique_for_overwrite<char[]>(room);
   for (;;) {

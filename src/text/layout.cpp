@@ -1,4 +1,4 @@
-// Line layouts: parsing of their notation, lines written and fixed columns read under them.
+// Line layouts: parsing of their notation, writing of lines, reading of fixed columns.
 #include "text/layout.hpp"  // for layout
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace vbn {
 namespace {
 
 constexpr int max_items = 4000000;  // items with all repeat counts unrolled
-constexpr int max_depth = 50;       // brackets in brackets
+constexpr int max_depth = 50;       // levels of nested brackets
 
 using item = layout::item;
 using item_kind = layout::item_kind;
@@ -24,10 +24,10 @@ class parser {
   explicit parser(std::string_view notation) : notation_(notation) {}
 
   void parse() {
-    if (next() != '(') bad("a layout begins with a bracket");
+    if (next() != '(') bad("a layout must begin with a bracket");
     ++at_;
     list(0);
-    if (next() != '\0') bad("something stands behind the last bracket");
+    if (next() != '\0') bad("there is text after the last bracket");
   }
 
   std::vector<item> items;
@@ -39,7 +39,7 @@ class parser {
                            std::to_string(at_ + 1));
   }
 
-  // The next character that is no blank, in lower case; NUL at the end.
+  // The next character other than a blank, in lower case; NUL at the end.
   char next() {
     while (at_ < notation_.size() && notation_[at_] == ' ') ++at_;
     if (at_ == notation_.size()) return '\0';
@@ -47,7 +47,7 @@ class parser {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   }
 
-  // A number of at most `limit`, or -1 when none stands here.
+  // A number of at most `limit`, or -1 if there is none here.
   int number(int limit) {
     if (next() < '0' || next() > '9') return -1;
     int n = 0;
@@ -131,7 +131,7 @@ class parser {
         return repeat(first, count);
       }
       case '(': {
-        if (depth == max_depth) bad("brackets are too deep");
+        if (depth == max_depth) bad("too many nested brackets");
         const std::size_t first = items.size();
         list(depth + 1);
         repeat(first, count);
@@ -143,7 +143,7 @@ class parser {
     }
   }
 
-  // An item that takes a value, from the column after its letter on.
+  // The rest of an item that takes a value, after its letter.
   void value_item(char letter, int count) {
     item a;
     switch (letter) {
@@ -187,7 +187,7 @@ class parser {
     add(a, count);
   }
 
-  // What was added since `first`, `count` times in all.
+  // Repeats the items added since `first`, so that they are there `count` times.
   void repeat(std::size_t first, int count) {
     const std::size_t size = items.size() - first;
     if (size > 0 && static_cast<std::size_t>(count) > (max_items - first) / size) bad("too many items");
@@ -205,7 +205,7 @@ constexpr std::size_t integer_columns = 11;  // at most, of an integer under i0
 
 [[noreturn]] void misfit() { throw std::logic_error("a value does not fit the kind of its layout item"); }
 
-// Each `put` writes one value over blanks and gives the end of its columns.
+// Each `put` writes one value over blanks and returns the end of its columns.
 char* put(char* field, const item& a, double r) {
   switch (a.kind) {
     case item_kind::fixed:
@@ -250,7 +250,7 @@ char* put(char* field, const item& a, const value& v) {
   return put(field, a, v.characters());
 }
 
-// Columns that the items take when each has a value, save those of texts at their full length.
+// Columns of the items when each has a value, without those of texts of variable length.
 std::size_t columns(std::span<const item> items) {
   std::size_t n = 0;
   for (const item& a : items) {
@@ -269,8 +269,7 @@ std::size_t text_columns(std::span<const value> values) {
 
 std::size_t text_columns(std::span<const double>) { return 0; }
 
-// The lines are laid out in one stretch of blanks for each pass over the items, which what is not blank is
-// written into.
+// Each pass over the items reserves its columns as blanks and then writes the values into them.
 template <class T>
 void write_values(std::string& out, std::span<const item> items, std::size_t reversion,
                   std::span<const T> values) {
@@ -381,7 +380,7 @@ std::size_t read_fields(std::string_view line, const layout& columns, std::size_
         ++read;
         break;
       default:
-        throw std::logic_error("a fixed-column read of reals takes x, f, e and i items");
+        throw std::logic_error("a fixed-column read of reals allows only x, f, e and i items");
     }
     at += width;
   }

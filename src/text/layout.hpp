@@ -1,4 +1,4 @@
-// Line layouts: values written under them, and fixed columns read under them.
+// Line layouts, to write values and to read fixed columns.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace vbn {
 
-// One value for a line layout. A text is borrowed: it must outlive the call it is given to.
+// One value for a line layout. A text is not copied: it must outlive the call.
 class value {
  public:
   enum class kind { integer, real, characters };
@@ -39,20 +39,20 @@ class value {
 
 // A line layout, parsed once: items, repeat counts and brackets in the notation of the Fortran standard's
 // formats (a, aw, iw, i0, fw.d, ew.d, dw.d, esw.d, x, nH, quoted texts, slash). A layout that cannot be
-// parsed is an error of the program and throws std::logic_error, as does a value under an item of another
-// kind, or one that no item is left for.
+// parsed is an error of the program and throws std::logic_error, as does a value whose item is of another
+// kind or missing.
 class layout {
  public:
   explicit layout(std::string_view notation);
 
-  // Appends to `out` the lines that the values give, each ended by a line feed. When the values run out, the
-  // line ends at the first item without one; when values are left, the layout starts again from its last
-  // inner bracket.
+  // Appends the values to `out` as lines, each ended by a line feed. When there are fewer values than items,
+  // the line ends at the first item without a value; when values are left, the layout starts again from its
+  // last inner bracket.
   void write(std::string& out, std::span<const value> values) const;
   void write(std::string& out, std::initializer_list<value> values) const;
-  // The same for a list of reals, such as a row of a matrix; the fast way for data files.
+  // The same for a list of reals, such as a row of a matrix; fast, for data files.
   void write(std::string& out, std::span<const double> values) const;
-  // The line that the values give as a text, without its line feed: for names and layouts made at run time.
+  // The line as a text, without its line feed: for names and layouts built at run time.
   std::string line(std::initializer_list<value> values) const;
 
   // One item of the layout as parsed.
@@ -61,7 +61,7 @@ class layout {
     item_kind kind = item_kind::literal;
     int width = 0;           // columns; 0 for a bare `a` and for i0
     int digits = 0;          // digits after the point
-    char letter = 'E';       // the exponent's letter, E or D
+    char letter = 'E';       // letter of the exponent, E or D
     std::string characters;  // of a literal
   };
   // The items in order, repeat counts unrolled; a fixed-column read walks them too.
@@ -74,12 +74,12 @@ class layout {
   std::size_t reversion_ = 0;
 };
 
-// Fixed-column read of one line of reals. A blank field reads as 0; a line that is too short counts as filled
-// with blanks; a field without a point has its last d digits after the point.
+// Fixed-column read of one line of reals. A blank field gives 0; a short line is filled up with blanks; a
+// field without a point has its last d digits after the point.
 bool read_fixed(std::string_view from, const layout& columns, std::span<double> numbers);
 
-// Reads one line of fields from the item at `start` on and says how many. At a field that cannot be read
-// `spot` is the column, from 1, where it begins; else it is 0.
+// Reads one line of fields from the item at `start` on and returns how many. `spot` is the column, from 1, of
+// a field that cannot be read, or 0.
 std::size_t read_fields(std::string_view line, const layout& columns, std::size_t start,
                         std::span<double> numbers, int& spot);
 

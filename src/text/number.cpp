@@ -14,7 +14,7 @@ namespace vbn {
 
 namespace {
 
-// The longest rendering: 309 digits before the point, a point and `max_digits` behind it, with its sign.
+// The longest number: a sign, 309 digits before the point, the point and `max_digits` after it.
 using digit_buffer = std::array<char, 320 + max_digits>;
 
 constexpr int exact_powers = 22;  // 10^22 is the last power of ten that a double holds exactly
@@ -52,7 +52,7 @@ constexpr std::array<char, 200> digit_pairs = [] {
   return pairs;
 }();
 
-// Writes the last `count` digits of n so that they end before `end`, and takes them off n.
+// Writes the last `count` digits of n so that they end before `end`, and removes them from n.
 char* digits_before(char* end, std::uint64_t& n, int count) {
   for (; count > 1; count -= 2) {
     end -= 2;
@@ -66,7 +66,7 @@ char* digits_before(char* end, std::uint64_t& n, int count) {
   return end;
 }
 
-constexpr int highest_power = 2 * exact_powers;  // of the scalings that take at most two exact factors
+constexpr int highest_power = 2 * exact_powers;  // for scaling by at most two exact factors
 
 double scaled(double magnitude, int power) {
   if (power < 0) return magnitude / power_of_ten(-power);
@@ -74,9 +74,8 @@ double scaled(double magnitude, int power) {
   return magnitude * power_of_ten(exact_powers) * power_of_ten(power - exact_powers);
 }
 
-// Rounds a number that `scaled` gave to the nearest integer. False where it cannot be told for sure: the
-// number is off by at most two roundings, so that what it holds beyond an integer must lie further from one
-// half than that.
+// Rounds a number that `scaled` gave to the nearest integer. False where the direction is uncertain: the
+// number has at most two rounding errors, so its fraction must be further from one half than these.
 bool nearest_integer(double number, std::uint64_t& n) {
   constexpr double most = 1e15;
   constexpr double two_roundings = 0x1p-51;
@@ -94,7 +93,8 @@ int estimated_power(double magnitude) {
   return (binary * log10_of_2) >> 20;
 }
 
-// Writes `count` significant digits of a number that is not negative and gives the power of ten of the first.
+// Writes `count` significant digits of a number that is not negative and returns the power of ten of the
+// first.
 int significant_digits(char* to, double magnitude, int count) {
   constexpr int most_fast_digits = 14;
   if (magnitude == 0.0) {
@@ -104,8 +104,8 @@ int significant_digits(char* to, double magnitude, int count) {
   int power = estimated_power(magnitude);
   const int scaling = count - 1 - power;
   if (count <= most_fast_digits && scaling > -exact_powers && scaling <= highest_power) {
-    // At a power of ten itself either choice gives the same digits, so that the rounding of `scaled` does no
-    // harm here.
+    // At an exact power of ten both choices give the same digits, so the rounding of `scaled` does not
+    // matter.
     if (scaled(magnitude, scaling) >= power_of_ten(count)) ++power;
     std::uint64_t n = 0;
     if (nearest_integer(scaled(magnitude, count - 1 - power), n)) {
@@ -140,7 +140,7 @@ void write_power(char* to, int exponent, char letter) {
   std::memcpy(to, &digit_pairs[static_cast<std::size_t>(2 * (e % 100))], 2);
 }
 
-// fw.d by the standard library, for what the fast way leaves.
+// fw.d by the standard library, where the fast way is not certain.
 void write_fixed_plain(char* field, double r, int w, int d) {
   digit_buffer shown;
   char* begin = shown.data();
@@ -155,21 +155,21 @@ void write_fixed_plain(char* field, double r, int w, int d) {
 }
 
 constexpr std::uint64_t exact_integers = std::uint64_t{1} << 53;
-constexpr std::ptrdiff_t most_digits = 19;  // of an integer that surely fits into 64 bits
+constexpr std::ptrdiff_t most_digits = 19;  // of any integer that fits into 64 bits
 constexpr int far_exponent = 100000;        // beyond every double
 
 bool digit(char c) { return c >= '0' && c <= '9'; }
 
 bool begins_exponent(char c) { return c == 'E' || c == 'e' || c == 'D' || c == 'd' || c == '+' || c == '-'; }
 
-// Eight characters at once, as the bytes of one integer (little-endian; Lemire 2018): each byte that is no
+// Eight characters at once, as the bytes of one integer (little-endian; Lemire 2018): each byte other than a
 // digit sets its highest bit in one of two sums.
 bool eight_digits(const char* p, std::uint64_t& bytes) {
   std::memcpy(&bytes, p, sizeof bytes);
   return (((bytes - 0x3030303030303030) | (bytes + 0x4646464646464646)) & 0x8080808080808080) == 0;
 }
 
-// The number that they are: neighbours are joined to pairs, pairs to fours, fours to the eight.
+// The number that eight digits give: digits are joined to pairs, pairs to fours, fours to eight.
 std::uint64_t joined(std::uint64_t bytes) {
   bytes -= 0x3030303030303030;
   bytes = bytes * 10 + (bytes >> 8);
@@ -178,13 +178,13 @@ std::uint64_t joined(std::uint64_t bytes) {
          32;
 }
 
-// Joins the digits from p on to n, which wraps around when they are too many.
+// Appends the digits from p on to n, which wraps around when there are too many.
 const char* scan_digits(const char* p, const char* to, std::uint64_t& n) {
   for (; p != to && digit(*p); ++p) n = 10 * n + static_cast<std::uint64_t>(*p - '0');
   return p;
 }
 
-// The same, faster where many digits are likely.
+// The same, faster for many digits.
 const char* scan_fraction(const char* p, const char* to, std::uint64_t& n) {
   std::uint64_t bytes = 0;
   while (std::endian::native == std::endian::little && to - p >= 8 && eight_digits(p, bytes)) {
@@ -217,7 +217,7 @@ bool nearest_real(const char* digits, const char* digits_end, const char* end, i
     done = std::from_chars(plain.data(), plain.data() + plain.size(), a);
   }
   if (done.ec == std::errc() && !std::isinf(a)) return true;
-  // Where the first digit that counts stands decides on which side of the range the number lies.
+  // The place of the first digit other than 0 says whether the number is too large or too small.
   const char* first = digits;
   while (first != digits_end && (*first == '0' || *first == '.')) ++first;
   const char* point = std::find(digits, digits_end, '.');
@@ -244,7 +244,7 @@ void write_fixed(char* field, double r, int w, int d) {
   char* p = digits_before(field + w, n, d);
   *--p = '.';
   if (n == 0) {
-    // The zero before the point is given up when it alone does not fit.
+    // The zero before the point is left out where it does not fit.
     if (p - field > (negative ? 1 : 0)) {
       *--p = '0';
     } else if (d == 0) {
@@ -310,8 +310,8 @@ const char* scan_integer(const char* from, const char* to, int& i) {
   return p;
 }
 
-// On the force constants of a checkpoint this takes 28 ns a number where std::from_chars takes 36, which
-// serves the numbers of more digits than a double holds.
+// On the force constants of a checkpoint this takes 28 ns a number, std::from_chars 36; the latter reads
+// numbers with more digits than a double holds.
 const char* scan_real(const char* from, const char* to, double& r) {
   const char* p = from;
   const bool negative = p != to && *p == '-';
@@ -337,15 +337,16 @@ const char* scan_real(const char* from, const char* to, double& r) {
   power += exponent;
   double a = 0.0;
   if (count <= most_digits && mantissa <= exact_integers && power >= -exact_powers && power <= exact_powers) {
-    // Both factors are exact doubles, so that the one rounding of their product or quotient gives the nearest
-    // double (Clinger 1990).
+    // Both factors are exact doubles, so their product or quotient, rounded once, is the nearest double
+    // (Clinger 1990).
     const double whole = static_cast<double>(mantissa);
     a = power < 0 ? whole / power_of_ten(static_cast<int>(-power))
                   : whole * power_of_ten(static_cast<int>(power));
   } else if (!nearest_real(digits, digits_end, p, exponent, a)) {
     return nullptr;
   }
-  constexpr std::array<double, 2> sign = {1.0, -1.0};  // a lookup, as signs are not foreseeable
+  constexpr std::array<double, 2> sign = {
+      1.0, -1.0};  // a lookup, since a branch on the sign would be mispredicted
   r = a * sign[negative];
   return p;
 }

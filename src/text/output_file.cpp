@@ -1,4 +1,4 @@
-// Files and streams that lines are written to.
+// Writing of lines to files and to standard output.
 #include "text/output_file.hpp"  // for output_file
 
 #include <cerrno>
@@ -15,7 +15,7 @@ namespace vbn {
 
 namespace {
 
-constexpr std::size_t flush_size = 1 << 18;  // bytes held back before they are written
+constexpr std::size_t flush_size = 1 << 18;  // bytes collected before they are written
 
 [[noreturn]] void cannot_write(const std::string& name, int error) {
   fail_in(name, std::string("cannot write the file: ") + std::strerror(error),
@@ -107,7 +107,7 @@ void output_file::close() {
 }
 
 void output_file::flush_if_full() {
-  if (file_ == nullptr) throw std::logic_error("a file is written to that is not open");
+  if (file_ == nullptr) throw std::logic_error("write to a file that is not open");
   if (held_.size() >= flush_size) flush();
 }
 

@@ -1,4 +1,4 @@
-// Text files that are written, and lines on standard output.
+// Writing of text files and of lines to standard output.
 #pragma once
 
 #include <cstdio>
@@ -11,31 +11,31 @@
 
 namespace vbn {
 
-// A text file being written. Opening creates it or replaces what it held. A file that cannot be opened,
-// written or closed ends the run with a message that names it.
+// A text file being written. Opening creates or empties it. A file that cannot be opened, written or closed
+// ends the run with a message that names it.
 class output_file {
  public:
-  output_file() = default;  // not open; what is written to it is an error of the program
+  output_file() = default;  // not open; writing to it is an error of the program
   explicit output_file(std::string_view name);
   output_file(output_file&&) noexcept;
   output_file& operator=(output_file&&) noexcept;
   output_file(const output_file&) = delete;
   output_file& operator=(const output_file&) = delete;
-  ~output_file();  // writes what is held, without a message when that fails
+  ~output_file();  // writes what is left, without a message when that fails
 
   // One write of the values under the layout.
   void write(const layout& lines, std::initializer_list<value> values = {});
   void write(const layout& lines, std::span<const value> values);
   void write(const layout& lines, std::span<const double> values);
-  // A line as it stands.
+  // A line without changes.
   void line(std::string_view text);
-  // Bytes as they stand, line ends included.
+  // Bytes without changes, line ends included.
   void raw(std::string_view text);
   // A free-form record: one leading blank, then the values separated by blanks.
   void free_form(std::initializer_list<value> values);
 
   const std::string& name() const { return name_; }
-  // Writes out what is held and closes the file.
+  // Writes what is left and closes the file.
   void close();
 
  private:

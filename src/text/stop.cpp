@@ -1,4 +1,4 @@
-// The one way out of a run, and the shape of the messages that go with it.
+// How a run ends early, and the form of its messages.
 #include "text/stop.hpp"  // for run_end
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t shown_width = 160;  // characters of a faulty line that are shown
 
-// The line as a terminal can show it: control characters and bytes that are no ASCII become blanks and dots.
+// The line as a terminal can show it: tabs become blanks, other control characters and non-ASCII bytes dots.
 std::string printable(std::string_view line) {
   std::string shown(line);
   for (char& c : shown) {
@@ -39,7 +39,7 @@ std::string fault_message(const fault& f) {
     message += "\n";
   }
   if (f.line > 0 && !f.text.empty()) {
-    // A long line is shown around its spot.
+    // Of a long line the part around the fault is shown.
     const std::size_t spot = f.column > 0 ? static_cast<std::size_t>(f.column - 1) : 0;
     const std::size_t from = spot < shown_width ? 0 : std::min(spot, f.text.size()) - shown_width / 2;
     message += "  | " + printable(std::string_view(f.text).substr(from, shown_width)) + "\n";

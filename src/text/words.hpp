@@ -9,8 +9,7 @@ namespace vbn {
 // Without trailing blanks.
 std::string_view trim(std::string_view a);
 
-// Without leading blanks: what stands behind them moves to column 1 (the blanks at the end are left to the
-// caller).
+// Without leading blanks. The result is shorter: no blanks are added at its end.
 std::string_view adjustl(std::string_view a);
 
 // Number of words; only the blank separates.
@@ -26,11 +25,11 @@ std::string del_space(std::string_view a);
 bool is_number(std::string_view a);
 bool is_letter(std::string_view a);
 
-// The part of a path behind its last "/", and that without what stands from its last "." on.
+// The part of a path after its last "/"; and the same without its ending, from the last "." on.
 std::string name_base(std::string_view path);
 std::string name_main(std::string_view path);
 
-// A to Z folded to lower case.
+// The text in lower case (A to Z only).
 std::string lowercase(std::string_view a);
 
 }  // namespace vbn

@@ -106,7 +106,7 @@ TEST(input_group, more_values_behind_a_single_element_fill_on_and_are_told_and_a
             place + "ffreq(1) has more than one value; they fill the array up to ffreq(2)\n" + place +
                 "def_del_int_coord(1,2) has more than one value; they fill the array up to "
                 "def_del_int_coord(4,2)\n" +
-                place + "the / behind fnacme = closes the group; a path stands in quotes\n");
+                place + "the / after fnacme = closes the group; put a path in quotes\n");
 }
 
 TEST(input_group, failure_shows_the_line_with_its_spot_the_key_and_what_was_expected) {
@@ -123,25 +123,25 @@ TEST(input_group, failure_shows_the_line_with_its_spot_the_key_and_what_was_expe
        "no group &vbn in the input file\n  in t\n  expected: a group that opens with &vbn and closes with a "
        "/\n"},
       {"&vbn set_cart = t", "the group &vbn is not closed\n  in t, line 1\n  | &vbn"},
-      {"&vbn fnacme = 'a.log\nset_cart = t /\n", "a text of fnacme has no end\n  in t, line 1"},
-      {"ffreq(1) = 'a\n ffreq(2) = 'b'", "a text of ffreq goes on to the next quote in a later line"},
-      {"ffreq = 'a''b' 'c'd", "no separator behind a text of ffreq"},
-      {"set_cart = t\npoint_group t", "no = behind the key point_group\n  in t, line 3"},
-      {"'a' = 1", "no key where one must stand"},
+      {"&vbn fnacme = 'a.log\nset_cart = t /\n", "a text of fnacme has no closing quote\n  in t, line 1"},
+      {"ffreq(1) = 'a\n ffreq(2) = 'b'", "a text of ffreq continues to a quote in a later line"},
+      {"ffreq = 'a''b' 'c'd", "no separator after a text of ffreq"},
+      {"set_cart = t\npoint_group t", "no = after the key point_group\n  in t, line 3"},
+      {"'a' = 1", "a key is missing here"},
       {"sort_mode = 2147483648", "cannot read the value of sort_mode"},
       {"gcut = nan", "cannot read the value of gcut"},
       {"gcut = 1,5", "too many values for gcut"},
       {"set_cart = 1", "cannot read the value of set_cart"},
       {"def_add_int_coord(:,2) = 1 2 3 x", "cannot read the value of def_add_int_coord(4,2)"},
       {"mode_block(2,1) = 1 2", "too many values for mode_block"},
-      {"mass_atom = 9999999999*1.0", "the repeat count of a value of mass_atom does not read"},
-      {"mode_block(1) = 1", "the index of mode_block does not fit it"},
-      {"mode_block(1;1) = 1", "the index of mode_block does not read"},
+      {"mass_atom = 9999999999*1.0", "cannot read the repeat count of a value of mass_atom"},
+      {"mode_block(1) = 1", "wrong number of indices for mode_block"},
+      {"mode_block(1;1) = 1", "cannot read the index of mode_block"},
       {"mode_block(99999999999,1) = 1", "cannot read the index of mode_block"},
       {"mass_atom(1501) = 1.0", "index 1501 of mass_atom is outside the array"},
       {"mode_block(1,1:2147483647:2147483647) = 1", "a section of mode_block reaches outside the array"},
-      {"mode_block(1:2:0,1) = 1", "a section of mode_block holds no element"},
-      {"def_add_int_coord_c(:,2) = 'x' '1' 'C' '0'", "def_add_int_coord_c(3,2) holds no atom number"},
+      {"mode_block(1:2:0,1) = 1", "a section of mode_block is empty"},
+      {"def_add_int_coord_c(:,2) = 'x' '1' 'C' '0'", "def_add_int_coord_c(3,2) is not an atom number"},
   };
   for (const auto& it : cases) {
     const std::string message = failure_of(it.content);

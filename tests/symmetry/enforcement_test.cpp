@@ -106,7 +106,7 @@ TEST(enforcement, atoms_on_an_axis_without_planes_lose_what_the_rotation_reverse
   set_axis(found, state.symmetry.mirror, state.atoms.x, fc, 0.01);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "warning: 1 force constants between motions along an axis of rotation and across it are above "
-            "symm_tol and stay\n");
+            "symm_tol and are kept\n");
   EXPECT_EQ(state.atoms.x(1, 1), 0.0);
   EXPECT_EQ(state.atoms.x(2, 1), 0.0);
   EXPECT_EQ(state.atoms.x(3, 1), 1.0);

@@ -60,7 +60,7 @@ TEST(input_file, lines_of_any_kind_are_read_to_the_last_byte_and_positions_move_
 TEST(input_file, what_is_no_readable_text_file_is_named) {
   const std::string fifo = scratch("fifo");
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-  EXPECT_NE(message_of([&] { input_file file(fifo); }).find("it is no regular file\n  in " + fifo),
+  EXPECT_NE(message_of([&] { input_file file(fifo); }).find("it is not a regular file\n  in " + fifo),
             std::string::npos);
   ::unlink(fifo.c_str());
   EXPECT_NE(message_of([] { input_file file(testing::TempDir()); }).find("it is a folder\n  in /"),
