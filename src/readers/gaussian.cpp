@@ -95,13 +95,21 @@ void gaussian_log_mass(input_file& file, array1<double>& mass) {
   element_masses(nat, mass);
 }
 
-void gaussian_log_coord(input_file& file, array2<double>& x) {
+bool gaussian_log_coord_before(input_file& file, std::size_t end, array2<double>& x) {
   std::string_view line;
-  if (!search_word_last_del_space(file, geometry_heading, line) || !search_word_first_number(file, line)) {
-    fail_missing(file, "the coordinates", "a table \"Center Atomic Atomic Coordinates\"");
+  if (!search_word_last_del_space(file, geometry_heading, line, end) ||
+      !search_word_first_number(file, line)) {
+    return false;
   }
   file.back_line();
   coordinate_rows(file, 3, true, x);
+  return true;
+}
+
+void gaussian_log_coord(input_file& file, array2<double>& x) {
+  if (!gaussian_log_coord_before(file, file.content().size(), x)) {
+    fail_missing(file, "the coordinates", "a table \"Center Atomic Atomic Coordinates\"");
+  }
 }
 
 std::optional<int> gaussian_fchk_natom(input_file& file) {

@@ -6,9 +6,9 @@
 
 #include "molecule/external_motion.hpp"  // for rotational_residual
 #include "molecule/geometry.hpp"         // for largest_difference
-#include "readers/programs.hpp"          // for gaussian_log_coord, gaussian_fchk_coord
-#include "readers/scan.hpp"  // for search_word_free_last, search_word_del_space, search_word_last_del_space
-#include "text/stop.hpp"     // for warn
+#include "readers/programs.hpp"          // for gaussian_log_coord_before, gaussian_fchk_coord
+#include "readers/scan.hpp"              // for search_word_free_last
+#include "text/stop.hpp"                 // for warn
 
 namespace vbn {
 
@@ -23,17 +23,11 @@ double residual_of(const array2<double>& fc, const array2<double>& x) {
   return rotational_residual(fc, array1<double>(x.cols(), 1.0), x);
 }
 
-// The last geometry before the frequencies; false when it is the last of the log, or is not told.
+// The last geometry before the frequencies; false for a log without frequencies.
 bool geometry_of_frequencies(input_file& log, array2<double>& x) {
-  constexpr std::string_view heading = "Center Atomic Atomic Coordinates";
   std::string_view line;
-  if (!search_word_free_last(log, "Harmonic frequencies", line)) return false;
-  const std::size_t frequencies = log.position();
-  if (!search_word_del_space(log, heading, line)) return false;
-  input_file before = input_file::from_memory(log.name(), log.content().substr(0, frequencies));
-  if (!search_word_last_del_space(before, heading, line)) return false;
-  gaussian_log_coord(before, x);
-  return true;
+  return search_word_free_last(log, "Harmonic frequencies", line) &&
+         gaussian_log_coord_before(log, log.position(), x);
 }
 
 }  // namespace

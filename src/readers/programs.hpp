@@ -41,6 +41,8 @@ std::optional<int> gaussian_log_natom(input_file& file);
 void gaussian_log_nat(input_file& file, array1<int>& nat);
 void gaussian_log_mass(input_file& file, array1<double>& mass);
 void gaussian_log_coord(input_file& file, array2<double>& x);
+// The last coordinates before the byte at `end`; false when there are none.
+bool gaussian_log_coord_before(input_file& file, std::size_t end, array2<double>& x);
 void gaussian_log_nacme(qm_file& from, file_couplings& read);
 std::optional<int> gaussian_fchk_natom(input_file& file);
 // The coordinates of the checkpoint; false when it has none of as many atoms.

@@ -67,15 +67,15 @@ bool stop_at_end(input_file& file, std::string_view& line) {
   return false;
 }
 
-// The last line of the file that `match` finds the word in, looked for from the end.
-bool search_last(input_file& file, std::string_view word, std::string_view& line,
+// The last line before the byte at `end` that `match` finds the word in, looked for from there.
+bool search_last(input_file& file, std::string_view word, std::string_view& line, std::size_t end,
                  std::size_t (*match)(std::string_view, std::size_t, std::string_view)) {
-  const std::string_view content = file.content();
+  const std::string_view content = file.content().substr(0, end);
   for (std::size_t at = content.size(); (at = find_char_before(content, word.front(), at)) != none;) {
-    const std::size_t end = match(content, at, word);
-    if (end == none) continue;
+    const std::size_t word_end = match(content, at, word);
+    if (word_end == none) continue;
     const std::size_t begin = line_begin(content, at);
-    if (end - begin <= search_width) return stop_behind(file, at, line);
+    if (word_end - begin <= search_width) return stop_behind(file, at, line);
     at = std::min(at, begin + search_width);
   }
   return stop_at_end(file, line);
@@ -104,7 +104,7 @@ bool search_word_free(input_file& file, std::string_view word, std::string_view&
 }
 
 bool search_word_free_last(input_file& file, std::string_view word, std::string_view& line) {
-  return search_last(file, word, line, match_as_is);
+  return search_last(file, word, line, none, match_as_is);
 }
 
 bool search_word_del_space(input_file& file, std::string_view word, std::string_view& line) {
@@ -118,8 +118,9 @@ bool search_word_del_space(input_file& file, std::string_view word, std::string_
   return stop_at_end(file, line);
 }
 
-bool search_word_last_del_space(input_file& file, std::string_view word, std::string_view& line) {
-  return search_last(file, del_space(word), line, match_without_blanks);
+bool search_word_last_del_space(input_file& file, std::string_view word, std::string_view& line,
+                                std::size_t end) {
+  return search_last(file, del_space(word), line, end, match_without_blanks);
 }
 
 bool search_word_first_number(input_file& file, std::string_view& line) {

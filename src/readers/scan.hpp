@@ -24,9 +24,11 @@ bool search_word_free(input_file& file, std::string_view word, std::string_view&
 // The last line of the whole file that holds `word`.
 bool search_word_free_last(input_file& file, std::string_view word, std::string_view& line);
 
-// The next line, and the last line of the whole file, that holds `word` when the blanks of both are left out.
+// The next line, and the last line before the byte at `end`, that holds `word` when the blanks of both are
+// left out.
 bool search_word_del_space(input_file& file, std::string_view word, std::string_view& line);
-bool search_word_last_del_space(input_file& file, std::string_view word, std::string_view& line);
+bool search_word_last_del_space(input_file& file, std::string_view word, std::string_view& line,
+                                std::size_t end = std::string_view::npos);
 
 // The next line whose first word is a number for `is_number`.
 bool search_word_first_number(input_file& file, std::string_view& line);
