@@ -36,7 +36,8 @@ void fast_with_kernels(benchmark::State& run) {
     run.SkipWithError("this processor lacks the instructions");
     return;
   }
-  vbn::array1<double> d, e;
+  vbn::array1<double> d;
+  vbn::array1<double> e;
   vbn::array2<double> z;
   int ierr = 0;
   for (auto _ : run) {
@@ -47,7 +48,8 @@ void fast_with_kernels(benchmark::State& run) {
 
 void plain(benchmark::State& run) {
   const vbn::array2<double> a = hessian(static_cast<int>(run.range(0)));
-  vbn::array1<double> d, e;
+  vbn::array1<double> d;
+  vbn::array1<double> e;
   vbn::array2<double> z;
   int ierr = 0;
   for (auto _ : run) {
@@ -60,7 +62,8 @@ void lapack_dsyev(benchmark::State& run) {
   const vbn::array2<double> a = hessian(static_cast<int>(run.range(0)));
   const int n = a.rows();
   const int lwork = 40 * n;
-  std::vector<double> w(static_cast<std::size_t>(n)), work(static_cast<std::size_t>(lwork));
+  std::vector<double> w(static_cast<std::size_t>(n));
+  std::vector<double> work(static_cast<std::size_t>(lwork));
   int info = 0;
   for (auto _ : run) {
     vbn::array2<double> z = a;
@@ -73,7 +76,8 @@ void lapack_dsyevd(benchmark::State& run) {
   const int n = a.rows();
   const int lwork = 1 + 6 * n + 2 * n * n;
   const int liwork = 3 + 5 * n;
-  std::vector<double> w(static_cast<std::size_t>(n)), work(static_cast<std::size_t>(lwork));
+  std::vector<double> w(static_cast<std::size_t>(n));
+  std::vector<double> work(static_cast<std::size_t>(lwork));
   std::vector<int> iwork(static_cast<std::size_t>(liwork));
   int info = 0;
   for (auto _ : run) {

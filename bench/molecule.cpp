@@ -24,53 +24,69 @@ using point = std::array<double, 3>;
 
 double distance(const point& a, const point& b) { return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]); }
 
-}  // namespace
-
-molecule chain(int natom, int state) {
-  // Carbon i and its hydrogens follow each other, so that a chain can be cut off anywhere.
-  std::vector<point> place;
+struct atoms {
   std::vector<int> nat;
+  std::vector<point> place;  // angstrom
+};
+
+std::size_t at(int i) { return static_cast<std::size_t>(i - 1); }
+
+// Carbon i and its hydrogens follow each other, so that a chain can be cut off anywhere.
+atoms zigzag(int natom) {
+  atoms all;
   const int carbons = natom / 3 + 1;
   for (int i = 0; i < carbons; ++i) {
     const double up = i % 2 == 0 ? -1.0 : 1.0;
     const point c = {i * step_x, up * step_y, 0.0};
     const auto add = [&](int element, double x, double y, double z) {
-      nat.push_back(element);
-      place.push_back({c[0] + x, c[1] + y, c[2] + z});
+      all.nat.push_back(element);
+      all.place.push_back({c[0] + x, c[1] + y, c[2] + z});
     };
     add(6, 0.0, 0.0, 0.0);
     add(1, 0.0, up * hydrogen_y, hydrogen_z);
     add(1, 0.0, up * hydrogen_y, -hydrogen_z);
     if (i == 0) add(1, -end_x, -up * end_y, 0.0);
   }
-  nat.resize(static_cast<std::size_t>(natom));
-  place.resize(static_cast<std::size_t>(natom));
-  std::mt19937 common(1);
-  std::mt19937 own(static_cast<unsigned>(state));
-  std::uniform_real_distribution<double> noise(-1.0, 1.0);
-  for (point& p : place)
-    for (double& x : p) x += crumple * noise(common) + (state == 2 ? change * noise(own) : 0.0);
+  all.nat.resize(static_cast<std::size_t>(natom));
+  all.place.resize(static_cast<std::size_t>(natom));
+  return all;
+}
 
-  molecule m{array1<int>(natom), array1<double>(natom), array2<double>(3, natom),
-             array2<double>(3 * natom, 3 * natom)};
-  const auto at = [](int i) { return static_cast<std::size_t>(i - 1); };
-  for (int i = 1; i <= natom; ++i) {
-    m.nat(i) = nat[at(i)];
-    m.mass(i) = m.nat(i) == 6 ? 12.0 : 1.00782503207;
-    for (int a = 1; a <= 3; ++a) m.x(a, i) = place[at(i)][at(a)] / bohr_to_ang;
-  }
-  const auto bonded = [&](int i, int j) {
-    const bool both_carbon = nat[at(i)] == 6 && nat[at(j)] == 6;
-    const bool both_hydrogen = nat[at(i)] == 1 && nat[at(j)] == 1;
-    return i != j && !both_hydrogen &&
-           distance(place[at(i)], place[at(j)]) < (both_carbon ? longest_cc : longest_ch);
-  };
-  std::vector<std::vector<int>> neighbours(static_cast<std::size_t>(natom));
+std::vector<std::vector<int>> bonded_neighbours(const atoms& all) {
+  const int natom = static_cast<int>(all.nat.size());
+  std::vector<std::vector<int>> neighbours(all.nat.size());
   for (int i = 1; i <= natom; ++i)
-    for (int j = 1; j <= natom; ++j)
-      if (bonded(i, j)) neighbours[at(i)].push_back(j);
+    for (int j = 1; j <= natom; ++j) {
+      const bool both_carbon = all.nat[at(i)] == 6 && all.nat[at(j)] == 6;
+      const bool both_hydrogen = all.nat[at(i)] == 1 && all.nat[at(j)] == 1;
+      if (i != j && !both_hydrogen &&
+          distance(all.place[at(i)], all.place[at(j)]) < (both_carbon ? longest_cc : longest_ch))
+        neighbours[at(i)].push_back(j);
+    }
+  return neighbours;
+}
+
+// A spring of constant k between atoms i and j.
+void bind(int i, int j, double k, const atoms& all, array2<double>& fc) {
+  const point& from = all.place[at(i)];
+  const point& to = all.place[at(j)];
+  const double r = distance(from, to);
+  for (int a = 1; a <= 3; ++a)
+    for (int b = 1; b <= 3; ++b) {
+      const double element = k * (from[at(a)] - to[at(a)]) * (from[at(b)] - to[at(b)]) / (r * r);
+      fc(3 * (i - 1) + a, 3 * (i - 1) + b) += element;
+      fc(3 * (j - 1) + a, 3 * (j - 1) + b) += element;
+      fc(3 * (i - 1) + a, 3 * (j - 1) + b) -= element;
+      fc(3 * (j - 1) + a, 3 * (i - 1) + b) -= element;
+    }
+}
+
+// Springs between atoms up to three bonds apart.
+void bind_neighbours(const atoms& all, double factor, array2<double>& fc) {
+  const int natom = static_cast<int>(all.nat.size());
+  const std::vector<std::vector<int>> neighbours = bonded_neighbours(all);
   for (int i = 1; i <= natom; ++i) {
-    std::vector<int> bonds(static_cast<std::size_t>(natom), -1);  // from i, -1 further away
+    std::vector<int> bonds(all.nat.size(), -1);  // from i, -1 further away
     bonds[at(i)] = 0;
     std::vector<int> shell = {i};
     for (int away = 1; away <= 3; ++away) {
@@ -82,23 +98,30 @@ molecule chain(int natom, int state) {
             next.push_back(j);
           }
       shell = next;
-      for (const int j : shell) {
-        if (j < i) continue;
-        const double r = distance(place[at(i)], place[at(j)]);
-        const double k = spring[static_cast<std::size_t>(away)] * (state == 2 ? softer : 1.0);
-        for (int a = 1; a <= 3; ++a)
-          for (int b = 1; b <= 3; ++b) {
-            const double element = k * (place[at(i)][at(a)] - place[at(j)][at(a)]) *
-                                   (place[at(i)][at(b)] - place[at(j)][at(b)]) / (r * r);
-            const int ia = 3 * (i - 1) + a, ib = 3 * (i - 1) + b, ja = 3 * (j - 1) + a, jb = 3 * (j - 1) + b;
-            m.fc(ia, ib) += element;
-            m.fc(ja, jb) += element;
-            m.fc(ia, jb) -= element;
-            m.fc(ja, ib) -= element;
-          }
-      }
+      for (const int j : shell)
+        if (j >= i) bind(i, j, spring[static_cast<std::size_t>(away)] * factor, all, fc);
     }
   }
+}
+
+}  // namespace
+
+molecule chain(int natom, int state) {
+  atoms all = zigzag(natom);
+  std::mt19937 common(1);
+  std::mt19937 own(static_cast<unsigned>(state));
+  std::uniform_real_distribution<double> noise(-1.0, 1.0);
+  for (point& p : all.place)
+    for (double& x : p) x += crumple * noise(common) + (state == 2 ? change * noise(own) : 0.0);
+
+  molecule m{array1<int>(natom), array1<double>(natom), array2<double>(3, natom),
+             array2<double>(3 * natom, 3 * natom)};
+  for (int i = 1; i <= natom; ++i) {
+    m.nat(i) = all.nat[at(i)];
+    m.mass(i) = m.nat(i) == 6 ? 12.0 : 1.00782503207;
+    for (int a = 1; a <= 3; ++a) m.x(a, i) = all.place[at(i)][at(a)] / bohr_to_ang;
+  }
+  bind_neighbours(all, state == 2 ? softer : 1.0, m.fc);
   return m;
 }
 

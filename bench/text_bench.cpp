@@ -61,6 +61,8 @@ struct scratch_file {
       (std::filesystem::temp_directory_path() / ("vbn_bench_" + std::to_string(::getpid()))).string();
 
   explicit scratch_file(const std::string& content) { std::ofstream(name, std::ios::binary) << content; }
+  scratch_file(const scratch_file&) = delete;
+  scratch_file& operator=(const scratch_file&) = delete;
   ~scratch_file() { std::filesystem::remove(name); }
 };
 
@@ -78,7 +80,7 @@ void write_row(benchmark::State& run, const char* notation) {
 
 void print_row(benchmark::State& run, const char* notation) {
   const std::vector<double> row = matrix_elements(row_length);
-  std::vector<char> out(row_length * 20);
+  std::vector<char> out(std::size_t{row_length} * 20);
   for (auto _ : run) {
     char* p = out.data();
     for (const double r : row) p += std::snprintf(p, 20, notation, r);

@@ -127,7 +127,7 @@ std::vector<double> printed_frequencies(const std::filesystem::path& file, const
     const std::size_t at = line.find(label);
     if (at == std::string::npos) continue;
     std::istringstream words(line.substr(at + label.size()));
-    for (double f; words >> f;) found.push_back(f);
+    for (double f = 0.0; words >> f;) found.push_back(f);
   }
   std::sort(found.begin(), found.end());
   return found;

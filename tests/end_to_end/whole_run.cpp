@@ -91,7 +91,7 @@ mode_table parse_mode_data(const std::string& content) {
       }
     }
     if (at == part::matrix && line.find("MODE") == std::string::npos) {
-      for (double element; words >> element;) table.s.push_back(element);
+      for (double element = 0.0; words >> element;) table.s.push_back(element);
     }
   }
   return table;
