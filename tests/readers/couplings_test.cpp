@@ -3,116 +3,23 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <string>
 
-#include "readers/file_type.hpp"  // for open_qm_file
-#include "text/layout.hpp"        // for layout, value
-#include "text/stop.hpp"          // for run_end
+#include "readers/file_type.hpp"   // for open_qm_file
+#include "tests/written_file.hpp"  // for content_of
+#include "text/stop.hpp"           // for run_end
 
 namespace vbn {
 namespace {
 
-// Carbon monoxide and a far proton: atoms C, O, H.
-const std::string gaussian_log =
-    " Entering Gaussian System, Link 0=g16\n"
-    " ******************************************\n"
-    " Gaussian 16:  ES64L-G16RevC.01  3-Jul-2019\n"
-    " Charge =  1 Multiplicity = 1\n"
-    " C                      0.00000   0.00000   0.00000 \n"
-    " O                      0.00000   0.00000   1.12800 \n"
-    " H                      0.00000   0.00000   9.00000 \n"
-    " \n"
-    " NAtoms=      3 NQM=        3\n"
-    "                         Input orientation:\n"
-    " Center     Atomic      Atomic             Coordinates (Angstroms)\n"
-    " Number     Number       Type             X           Y           Z\n"
-    " ---------------------------------------------------------------------\n"
-    "      1          6           0        0.000000    0.000000    0.000000\n"
-    "      2          8           0        0.000000    0.000000    1.128000\n"
-    "      3          1           0        0.000000    0.000000    9.000000\n"
-    " ---------------------------------------------------------------------\n"
-    "              Electrostatic Properties (Atomic Units)\n"
-    "    Center     Electric         -------- Electric Field --------\n"
-    "    1 Atom       0.000000      9.000000      9.000000      9.000000\n"
-    " Excited State   1:      Singlet-A       5.4422 eV  227.82 nm  f=0.0000  <S**2>=0.000\n"
-    " Excited State   2:      Singlet-A       9.9999 eV  123.98 nm  f=0.0000  <S**2>=0.000\n"
-    "              Electrostatic Properties (Atomic Units)\n"
-    "    Center     Electric\n"
-    "    1 Atom     -14.700000\n"
-    "              Electrostatic Properties (Atomic Units)\n"
-    " -----------------------------------------------------------------\n"
-    "    Center     Electric         -------- Electric Field --------\n"
-    "    1 Atom       0.000000      0.001000      0.002000     -0.003000\n"
-    "    2 Atom       0.000000     -0.004000      0.005000      0.006000\n"
-    "    3 Atom       0.000000      0.007000     -0.008000      0.009000\n"
-    " -----------------------------------------------------------------\n";
-
-const std::string nwchem_out =
-    "             Northwest Computational Chemistry Package (NWChem) 7.0.2\n"
-    " Output coordinates in angstroms (scale by  1.889725989 to convert to a.u.)\n"
-    "\n"
-    "  No.       Tag          Charge          X              Y              Z\n"
-    " ---- ---------------- ---------- -------------- -------------- --------------\n"
-    "    1 C                    6.0000     0.00000000     0.00000000     0.00000000\n"
-    "    2 O                    8.0000     0.00000000     0.00000000     1.12800000\n"
-    "    3 h                    1.0000     0.00000000     0.00000000     9.00000000\n"
-    "\n"
-    "  Root   1 singlet a              0.200000000 a.u.                5.4423 eV \n"
-    "\n"
-    "              Electrostatic Properties (Atomic Units)\n"
-    "   Atom            Electric Field\n"
-    "    1 C        0.0010000      0.0020000     -0.0030000\n"
-    "    2 O       -0.0040000      0.0050000      0.0060000\n"
-    "    3 H        0.0070000     -0.0080000      0.0090000\n";
-
-const std::string molpro_out =
-    "                                         ***  PROGRAM SYSTEM MOLPRO  ***\n"
-    " Derivative Coupling before scaling\n"
-    "       9.0  9.0  9.0\n"
-    " ATOMIC COORDINATES\n"
-    "\n"
-    " NR  ATOM    CHARGE       X              Y              Z\n"
-    "\n"
-    "   1  C       6.00    0.000000000    0.000000000    0.000000000\n"
-    "   2  O       8.00    0.000000000    0.000000000    2.131611073\n"
-    "   3  H       1.00    0.000000000    0.000000000   17.007535138\n"
-    "\n"
-    " Energy Difference at present geometry       0.200000000\n"
-    "\n"
-    " Derivative Coupling before scaling\n"
-    "       0.030000000       0.060000000      -0.090000000\n"
-    "      -0.160000000       0.200000000       0.240000000\n"
-    "       0.035000000      -0.040000000       0.045000000\n"
-    "\n";
-
-// A Turbomole file of six atoms, C O H H H H, two blocks of couplings. Element (c,i) is -0.01 i - 0.001 c.
-std::string turbomole_out(const std::string& version, bool newer_layout) {
-  std::string out = " egrad(node1) : TURBOMOLE V" + version +
-                    " 22 Sep 2012\n"
-                    "              | Atomic coordinate, charge and isotop information |\n"
-                    "              +--------------------------------------------------+\n"
-                    "                    atomic coordinates            atom ";
-  const bool shells = version[0] == '5';  // a column that later releases leave out
-  out += shells ? "shells charge pseudo isotop\n" : "   charge  isotop\n";
-  for (int i = 1; i <= 6; ++i)
-    out += "    0.00000000    0.00000000    " + std::to_string(i) + ".00000000    " + "cohhhh"[i - 1] +
-           (shells ? "       3    " : "       ") + "681111"[i - 1] + ".000     0\n";
-  out +=
-      "                         1 singlet a excitation\n\n"
-      " Excitation energy:                      0.2000000000000000    \n\n"
-      "           cartesian nonadiabatic coupling matrix elements (1/bohr)\n"
-      "           --------------------------------------------------------\n";
-  const layout row(newer_layout ? "(a5,5(x,e14.7))" : "(a5,2x,5e14.7)");
-  for (int ib = 1; ib <= 6; ib += 5) {
-    out += "\n  ATOM        1 c            2 o            3 h            4 h            5 h       \n";
-    for (int c = 1; c <= 3; ++c) {
-      std::vector<value> values = {c == 1 ? "dE/dx" : c == 2 ? "dE/dy" : "dE/dz"};
-      for (int i = ib; i <= std::min(ib + 4, 6); ++i) values.emplace_back(-0.01 * i - 0.001 * c);
-      row.write(out, values);
-    }
-  }
-  return out + "\n    egrad : all done  ****\n";
+std::string sample(const std::string& name) {
+  return content_of(std::string(VBN_SAMPLES) + "/couplings_" + name);
 }
+
+// Carbon monoxide and a far proton: atoms C, O, H.
+const std::string gaussian_log = sample("gaussian.log");
+const std::string nwchem_out = sample("nwchem.out");
+const std::string molpro_out = sample("molpro.out");
 
 file_couplings read(const std::string& content, int natom) {
   qm_file file = open_qm_file(input_file::from_memory("nac.out", content));
@@ -134,6 +41,11 @@ std::string replaced(std::string in, const std::string& from, const std::string&
   const std::size_t at = in.find(from);
   EXPECT_NE(at, std::string::npos) << from;
   return in.replace(at, from.size(), to);
+}
+
+// A Turbomole file of six atoms, C O H H H H, two blocks of couplings. Element (c,i) is -0.01 i - 0.001 c.
+std::string turbomole_out(const std::string& version, bool newer_layout) {
+  return replaced(sample(newer_layout ? "turbomole.out" : "turbomole_older.out"), "VERSION", version);
 }
 
 TEST(nacme_readers,
