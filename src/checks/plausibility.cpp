@@ -1,4 +1,4 @@
-// Physical doubts about a run, told as warnings.
+// Warnings about results that may not be reliable.
 #include "checks/plausibility.hpp"  // for warn_of_files
 
 #include <algorithm>
@@ -17,9 +17,9 @@ namespace vbn {
 
 namespace {
 
-constexpr double frame_limit = 0.005;      // part of the Hessian that a turn of the molecule may feel
+constexpr double frame_limit = 0.005;  // largest relative change of the forces by a rotation of the molecule
 constexpr double linear_limit = 1.0e-3;    // distance from the axis of a linear molecule, bohr
-constexpr double near_zero = 10.0;         // frequency of a mode that is no vibration, cm-1
+constexpr double near_zero = 10.0;         // cm-1; a frequency below it is no vibration or very soft
 constexpr double far_apart = 0.3;          // root mean square distance of the geometries, angstrom
 constexpr double little_alike = 0.35;      // mean square of the largest overlap of each mode
 constexpr double routes_ratio = 1.5;       // totals of the two routes
@@ -48,19 +48,20 @@ bool is_linear(const states& state) {
 
 void warn_of_files(const array1<states>& state) {
   for (int k = 1; k <= 2; ++k) {
-    if (state(k).file.ifoniom) continue;  // a layer alone feels the other one
+    if (state(k).file.ifoniom) continue;  // the other layer acts on its atoms
     const double felt = rotational_residual(state(k).force.fcm(), state(k).atoms.massau, state(k).atoms.x);
     if (felt < frame_limit) continue;
-    warn(of_state(state(k), k) + ": turning the molecule changes the force on it by " +
+    warn(of_state(state(k), k) + ": a rotation of the molecule changes its forces by " +
          with_digits(100.0 * felt, 1) +
-         " % of its largest; the Hessian stands in another frame than the geometry, or not at a stationary "
-         "point");
+         " % of the largest; the Hessian is in another frame than the geometry, or the geometry is not a "
+         "stationary point");
   }
   for (int i = 1; i <= state(1).atoms.natom; ++i) {
     if (state(1).atoms.nat(i) == state(2).atoms.nat(i)) continue;
     warn("atom " + std::to_string(i) + " is " + state(1).atoms.symbol(i).str() + " in " +
          state(1).file.ffreq.str() + " and " + state(2).atoms.symbol(i).str() + " in " +
-         state(2).file.ffreq.str() + ": displacements mean something only with the atoms in one order");
+         state(2).file.ffreq.str() +
+         ": displacements are reliable only with the same order of the atoms in both files");
     return;
   }
 }
@@ -70,9 +71,8 @@ void warn_of_modes(const array1<states>& state) {
     const states& it = state(k);
     if (is_linear(it)) {
       warn(of_state(it, k) +
-           ": the molecule is linear and has five external modes; mode 6 is a vibration, which everything "
-           "that counts "
-           "from mode 7 leaves out");
+           ": the molecule is linear and has five external modes; mode 6 is a vibration, but sums "
+           "and tables from mode 7 on leave it out");
     }
     int imaginary = 0;
     int zero = 0;
@@ -84,12 +84,12 @@ void warn_of_modes(const array1<states>& state) {
     if (imaginary > 0) {
       warn(of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
            with_digits(au_to_cm * it.modes.freq(1), 2) +
-           " cm-1; they stand first and move the modes of no frequency up");
+           " cm-1; they come first and move translations or rotations to higher numbers");
     }
     if (zero > external_modes) {
       warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " + with_digits(near_zero, 1) +
-           " cm-1, six of which are translations and rotations; the Huang-Rhys factors of the others mean "
-           "little");
+           " cm-1, six of which are translations and rotations; the Huang-Rhys factors of the others "
+           "are not reliable");
     }
   }
 }
@@ -100,8 +100,7 @@ void warn_of_distance(const array1<states>& state) {
   if (distance > far_apart) {
     warn("the two geometries are " + with_digits(distance, 3) +
          " angstrom (root mean square) apart: another conformer or another order of the atoms, or a motion "
-         "too large "
-         "for Cartesian displacements");
+         "too large for Cartesian displacements");
   }
   if (one.atoms.n3 < first_vibration) return;
   double alike = 0.0;
@@ -126,8 +125,8 @@ void warn_of_routes(const array1<states>& state) {
     const double high = std::max(cart, dint);
     if (high - low < routes_difference || high < routes_ratio * low) continue;
     warn(of_state(state(k), k) + ": the total reorganisation energy is " + with_digits(cart, 1) +
-         " cm-1 by Cartesian and " + with_digits(dint, 1) +
-         " cm-1 by internal coordinates; the motion is too large for at least one of them");
+         " cm-1 with Cartesian and " + with_digits(dint, 1) +
+         " cm-1 with internal coordinates; the motion is too large for at least one of the two");
   }
 }
 

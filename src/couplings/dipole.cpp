@@ -1,4 +1,4 @@
-// Transition dipole derivatives: reader, projection and file.
+// Transition dipole derivatives: comparison with the states, projection and file.
 #include "couplings/dipole.hpp"  // for the interface
 
 #include <cmath>

@@ -11,14 +11,14 @@ namespace vbn {
 
 // Reads geometry, transition dipole and its derivatives from `ftdipd` of the first state into all of them,
 // which have equally many atoms, and sets `ifdip` of each whose geometry is that of the file to 0.001 bohr,
-// both taken to their principal axes. A file of another number of atoms or of other masses (whole numbers of
-// amu are compared) is told on standard output and ends the run; a file that cannot be read ends it with a
+// both along their principal axes. A file with another number of atoms or other masses (whole numbers of amu
+// are compared) gives lines on standard output and stops the run; a file that cannot be read ends it with a
 // message.
 void get_tdipd(std::span<states> state);
 
 // The derivatives mass-weighted and projected on the modes cm (n3,n3), which may be those of the other state:
-// (3,n3). Only the dipole component of the derivatives follows the rotations of the frame; where these were
-// not the identity (to 1e-6), a warning says that the displacements still are those of the file's frame.
+// (3,n3). Only the dipole component of the derivatives follows the rotations of the frame; if these are not
+// the identity (to 1e-6), a warning says that the displacements are still in the frame of the file.
 array2<double> proj_dip(const dipole_data& dipole, const atom_data& atoms, const array2<double>& cm);
 
 // Writes `prefix`.dip: the dipole with index 0, then the derivatives by the modes 7 to n3.

@@ -14,7 +14,7 @@ namespace vbn {
 
 namespace {
 
-// The masses of the high layer, atom i of it at place iqm(i), and its columns of an array over all atoms.
+// The masses of the high layer, whose atom i is at place iqm(i), and its columns of an array over all atoms.
 array1<double> of_layer(const array1<double>& all, const array1<int>& iqm) {
   array1<double> layer(iqm.size());
   for (int i = 1; i <= iqm.size(); ++i) layer(i) = all(iqm(i));

@@ -1,4 +1,4 @@
-// The file ".nac": its texts, its scales and its rows.
+// The file ".nac": its texts, units and rows.
 #include "couplings/nacme_file.hpp"  // for the interface
 
 #include <cmath>

@@ -35,7 +35,7 @@ const layout mode_row("(2i5, f15.4,f15.9, 4x, f15.9)");
 const layout mode_norm(R"_((4x,"norm of NACME(Q) is ",f15.6," au",f15.6," au"))_");
 const layout atom_row("(i5,a4,3f15.6,4x,3f15.6)");
 
-// A row for each atom: what was read and what it has become side by side.
+// A row for each atom: the vectors before and after the rotation side by side.
 void print_atoms(const atom_data& atoms, const array2<double>& before, const array2<double>& after,
                  output_file& fout) {
   for (int i = 1; i <= atoms.natom; ++i) {

@@ -1,4 +1,4 @@
-// Projects the couplings of a state on normal modes and reports every stage in the log.
+// Projects the couplings of a state on normal modes and writes every form to the log.
 #pragma once
 
 #include <span>

@@ -27,7 +27,7 @@ bool same_count(const states& state, const qm_file& file, int count) {
   if (count == state.atoms.natom) return true;
   if (count < 1) {
     warn("no atoms found in " + file.file.name() +
-         (file.kind == file_kind::unknown ? ": no program is known that writes such a file"
+         (file.kind == file_kind::unknown ? ": no known program writes such a file"
                                           : ", which is read as a " + name_of(file.kind) + " file"));
   }
   tell(other_count, {state.file.ffreq.trimmed(), file.file.name()});

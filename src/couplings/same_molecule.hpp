@@ -10,8 +10,8 @@ namespace vbn {
 inline constexpr double same_geometry = 0.001;  // bohr, root of the summed squares over all coordinates
 
 // Whether the file has as many atoms (`count`) as the state, or the same masses (`mass` in amu, whole numbers
-// compared). If not, it is told on standard output; how the run ends is the caller's. Of a file without atoms
-// a warning says what it is read as.
+// compared). If not, lines on standard output say so, and the caller ends the run. For a file without atoms a
+// warning says as what it was read.
 bool same_count(const states& state, const qm_file& file, int count);
 bool same_masses(const states& state, const qm_file& file, const array1<double>& mass);
 

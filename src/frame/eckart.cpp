@@ -17,10 +17,10 @@ namespace vbn {
 
 namespace {
 
-constexpr double widest_fixed = 1.0e6;  // angstrom; a distance from here on is shown with an exponent
+constexpr double widest_fixed = 1.0e6;  // angstrom; a distance from here on is printed with an exponent
 constexpr int ncandidate = 4;
 
-// Signs of the three outer products of axes in each candidate: an even number of them is negative.
+// Signs of the three outer products of axes in each candidate: an even number is negative.
 constexpr double candidate_signs[ncandidate][3] = {
     {+1.0, +1.0, +1.0},
     {-1.0, -1.0, +1.0},
@@ -28,7 +28,7 @@ constexpr double candidate_signs[ncandidate][3] = {
     {-1.0, +1.0, -1.0},
 };
 
-// Eigenvectors of a symmetric 3 x 3 matrix by rising eigenvalue, with the signs that the solver gives.
+// Eigenvectors of a symmetric 3 x 3 matrix by increasing eigenvalue, with the signs from the solver.
 array2<double> axes_of(const array2<double>& a) {
   array1<double> d(3);
   array1<double> e(3);

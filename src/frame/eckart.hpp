@@ -1,4 +1,4 @@
-// The Eckart step: state 1 turned so that its geometry lies as near as possible to that of state 2.
+// The Eckart step: rotates state 1 so that its geometry is as close as possible to that of state 2.
 #pragma once
 
 #include "linalg/array.hpp"      // for array1, array2, array3
@@ -7,13 +7,13 @@
 
 namespace vbn {
 
-// The rotation (3,3) that takes the geometry x1 of state 1 to that of state 2: of the four candidates the one
-// that leaves the smallest distance, or the one that the key `set_eckart_order` names. Reports to the log.
+// The rotation (3,3) that takes the geometry x1 of state 1 to that of state 2: of the four candidates that
+// with the smallest distance, or that given by the key `set_eckart_order`. Writes its section of the log.
 // Shapes: x1, x2 (3,natom), mass (natom) of state 1.
 array2<double> do_eckart(const array2<double>& x1, const array2<double>& x2, const array1<double>& mass,
                          int set_eckart_order, output_file& fout);
 
-// Rotates everything of a state that lives in its frame: geometry, force constants, modes and, where they are
+// Rotates all data of a state that depend on its frame: geometry, force constants, modes and, where they are
 // projected on this state, its couplings and dipole derivatives.
 void rotate_state(const array2<double>& rot, bool with_couplings, bool with_dipole, states& g);
 

@@ -1,4 +1,4 @@
-// A state's Hessian from its files, replaced masses, and frequencies.
+// The Hessian of a state from its files, replaced masses, and frequencies.
 #include "frame/hessian.hpp"  // for get_hess
 
 #include <cmath>
@@ -27,12 +27,12 @@ void weigh_atoms(atom_data& atoms) {
   }
 }
 
-// Ends the run where a number was read that cannot be calculated with.
+// Ends the run for a mass that is not positive or a number that is not finite.
 void check_numbers(const file_data& file, const atom_data& atoms, const array2<double>& fc) {
   for (int i = 1; i <= atoms.natom; ++i) {
     const std::string name = atoms.sym_num(i).str();
     if (!(atoms.mass(i) > 0.0) || !std::isfinite(atoms.mass(i))) {
-      fail_in(file.ffreq.str(), "atom " + name + " has no mass that is a number above zero",
+      fail_in(file.ffreq.str(), "atom " + name + " has no mass above zero",
               "a mass in amu in the file, or an element whose mass is known");
     }
     for (int a = 1; a <= 3; ++a) {
@@ -53,7 +53,7 @@ void check_numbers(const file_data& file, const atom_data& atoms, const array2<d
   }
 }
 
-// The atoms `iqm` out of the whole system.
+// The rows of the atoms `iqm`, out of the whole system.
 void keep_high_layer(const file_data& file, atom_data& atoms, array2<double>& fc) {
   const atom_data all = atoms;
   const array2<double> fc_all = std::move(fc);
@@ -73,7 +73,7 @@ void keep_high_layer(const file_data& file, atom_data& atoms, array2<double>& fc
     for (int i = 1; i <= n3; ++i) fc(i, j) = fc_all(file.iqm3(i), file.iqm3(j));
 }
 
-// Atoms and geometry, and as the result the force constants, of the analysed atoms.
+// Reads atoms and geometry of the analysed atoms, and returns their force constants.
 array2<double> read_files(qm_file freq_file, const file_data& file, atom_data& atoms) {
   const int n1 = file.ifoniom ? file.nqmmm : atoms.natom;
   atoms.nat = qm_file_nat(freq_file, n1);
@@ -106,9 +106,9 @@ void get_isotope(const file_data& file, int n, const array1<double>& mass_atom,
                  const array1<double>& mass_type, atom_data& atoms, force_constants& force) {
   if (atoms.natom > n) {
     fail_in(file.ffreq.str(),
-            "the masses of single atoms reach atom " + std::to_string(n) + ", but the molecule has " +
-                std::to_string(atoms.natom) + " atoms",
-            "no more atoms than that in a run with if_isotope");
+            "if_isotope is limited to molecules of " + std::to_string(n) + " atoms, but this one has " +
+                std::to_string(atoms.natom),
+            "a smaller molecule, or if_isotope = f");
   }
   const array1<double> mass_before = atoms.mass;
   for (int i = 1; i <= atoms.natom; ++i)

@@ -21,8 +21,8 @@ namespace vbn {
 
 namespace {
 
-constexpr double geometry_eps = 0.001;  // bohr; geometries further apart are reported as different
-constexpr double turn_eps = 1.0e-6;     // a rotation this near to the identity is none
+constexpr double geometry_eps = 0.001;  // bohr; geometries that differ by more are reported as different
+constexpr double turn_eps = 1.0e-6;     // a rotation this close to the identity counts as none
 
 // The identity and the rotations by 180 degrees about x, y, z, as diagonals.
 constexpr double axis_signs[4][3] = {
@@ -32,7 +32,7 @@ constexpr double axis_signs[4][3] = {
     {-1.0, -1.0, +1.0},
 };
 
-// Shifts `x` to its centre of mass and returns its inertia tensor about that.
+// Shifts the centre of mass of `x` to the origin and returns the inertia tensor.
 array2<double> centred_inertia_tensor(const array1<double>& mass, array2<double>& x) {
   com(mass, x);
   array2<double> moment(3, 3);
@@ -82,7 +82,7 @@ array2<double> sign_variant(int itype, const array2<double>& rotation) {
   return variant;
 }
 
-// Report of a geometry that is not the one of the frequency file.
+// Prints a geometry that differs from that of the frequency file.
 void tell_mismatch(const states& state, double d, const text<200>& file, const array2<double>& x_file) {
   static const layout title(
       R"((2x,"The coordinate of atom in file ", a,   " is not equal to that in the file ", a))");
@@ -187,9 +187,8 @@ void warn_of_dipole_turn(const dipole_data& dipole) {
       largest = std::max(largest, std::abs(rot(i, j) - (i == j ? 1.0 : 0.0)));
   if (largest <= turn_eps) return;
   warn("the transition dipole derivatives in " + dipole.ftdipd.str() +
-       " stand in another frame than the modes; only their dipole components are turned, so the derivatives "
-       "by "
-       "mode mean little: give the file in the frame of the final coordinates in the log");
+       " are in another frame than the modes; only their dipole components are rotated, so the derivatives "
+       "along the modes are not reliable: use a file in the frame of the final coordinates in the log");
 }
 
 }  // namespace vbn

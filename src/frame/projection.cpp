@@ -1,4 +1,4 @@
-// The three ways to project translations and rotations out of the Hessian.
+// The three projections of translations and rotations out of the Hessian.
 #include "frame/projection.hpp"  // for get_proj_hessian
 
 #include <cmath>
@@ -16,7 +16,7 @@ namespace vbn {
 
 namespace {
 
-constexpr double smallest_square = 1.0e-8;  // a vector whose square is not above it counts as zero
+constexpr double smallest_square = 1.0e-8;  // a vector with at most this square counts as zero
 constexpr int one = 1;                      // stride of a column
 
 double* column(array2<double>& v, int j) { return v.column(j).data(); }
@@ -30,8 +30,8 @@ void vscal(double skal, std::span<double> v) {
 // Places of the coordinates of atom i in a vector of all coordinates.
 int slot(int i, int a) { return 3 * (i - 1) + a; }
 
-// Orthonormalises columns 2 to 6 of `v` against the columns before them; column 1 is left as it is. A column
-// that depends on those before it becomes zero, in mode 2 with a message.
+// Orthonormalises columns 2 to 6 of `v` against the columns before them; column 1 is unchanged. A column that
+// depends on those before it becomes zero, in mode 2 with a message.
 void gram_schmidt(array2<double>& v, bool tell_dependent) {
   const int n = v.rows();
   for (int i = 2; i <= external_modes; ++i) {
@@ -89,8 +89,8 @@ void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<dou
 void project_xhessian_rot(const array2<double>& x, array2<double>& hess) {
   const int natom = x.cols();
   array2<double> v(hess.rows(), external_modes);
-  // The root of single precision leaves the translations a little off unit length. Columns 2 and 3 are
-  // normalised below; column 1 stays so.
+  // The root in single precision gives translations that are not exactly of unit length. Columns 2 and 3 are
+  // normalised below; column 1 is not.
   const double vnorm = 1.0 / static_cast<double>(std::sqrt(static_cast<float>(natom)));
   for (int i = 1; i <= natom; ++i) {
     for (int a = 1; a <= 3; ++a) v(slot(i, a), a) = vnorm;
@@ -111,8 +111,8 @@ void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, a
   com(mass, xc);
   array2<double> v = get_trans_rot_vec(mass, xc);
   for (int k = 1; k <= external_modes; ++k) {
-    // The rotation about the axis of a linear molecule is a rounding error, and counts as zero before it is
-    // blown up to a vector of unit length.
+    // The rotation about the axis of a linear molecule is only rounding errors; it is set to zero and not
+    // normalised.
     const double square = dot(n, column(v, k), column(v, k));
     for (double& element : v.column(k))
       element = square > smallest_square ? element / std::sqrt(square) : 0.0;

@@ -6,13 +6,13 @@
 
 namespace vbn {
 
-// Projects translations and rotations out of the force constants. The way follows from the key:
+// Projects translations and rotations out of the force constants, depending on the key:
 //   1  mass-weighted vectors in the inertial frame, each normalised;
 //   2  vectors without masses, orthonormalised, on the Cartesian force constants;
 //   3  mass-weighted vectors, orthonormalised;
-// any other value leaves the force constants as they are. With 2 a rotation that is not an independent one
-// (of a linear molecule) is printed to standard output. Published method: W. H. Miller, N. C. Handy, J. E.
-// Adams (1980) for the projection of the Hessian.
+// any other value leaves the force constants unchanged. With 2 a rotation that is not independent (of a
+// linear molecule) is printed to standard output. Published method: W. H. Miller, N. C. Handy, J. E. Adams
+// (1980) for the projection of the Hessian.
 void get_proj_hessian(const atom_data& atoms, int proj_hessian, force_constants& force);
 
 // The three projections. Shapes: x (3,natom) bohr, mass (natom) electron masses, the matrix (n3,n3).

@@ -26,8 +26,8 @@ void rotn(const array2<double>& r, std::span<double> v) {
 
 void rot_fc(const array2<double>& vector, array2<double>& fc) {
   // Each element of a block is the sum of its nine terms R(ix,ix1) fc(ix1,jx1) R(jx,jx1) with jx1 running
-  // fastest. Taking the first product of the three out of the loop over jx, and whole blocks in place, leaves
-  // every term and the order of the sum as they are, and so the bits.
+  // fastest. Computing the first product outside of the loop over jx, and whole blocks in place, changes
+  // neither the terms nor the order of the sum, and so keeps the bits.
   const int n = fc.rows() / 3;
   for (int jat = 1; jat <= n; ++jat) {
     for (int iat = 1; iat <= n; ++iat) {

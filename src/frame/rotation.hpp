@@ -1,4 +1,4 @@
-// Rotation of lists of vectors and of force-constant matrices, through which every change of frame goes.
+// Rotation of lists of vectors and of force constants, used for every change of frame.
 #pragma once
 
 #include <span>
@@ -8,13 +8,13 @@
 
 namespace vbn {
 
-// Turns every 3-vector of `v`, which holds them one after the other: v := r v.
-// Shapes: r (3,3); the length of v is a multiple of 3 (coordinates (3,natom), a mode (n3), a dipole (3)).
+// Rotates every 3-vector of `v`, which holds them one after the other: v := r v. Shapes: r (3,3); the length
+// of v is a multiple of 3 (coordinates (3,natom), a mode (n3), a dipole (3)).
 void rotn(const array2<double>& r, std::span<double> v);
 
-// The force-constant matrix in the frame turned by `vector`, symmetrised at the end. The 3 x 3 block of each
-// pair of atoms becomes R block R^T. Terms of the sum below 1e-300 in magnitude count as zero.
-// Shapes: vector (3,3); fc (n3,n3), whose index is 3(i-1)+a for coordinate a of atom i.
+// The force constants in the frame rotated by `vector`, symmetrised at the end. The 3 x 3 block of each pair
+// of atoms becomes R block R^T. Terms of the sum below 1e-300 in magnitude count as zero. Shapes: vector
+// (3,3); fc (n3,n3), whose index is 3(i-1)+a for coordinate a of atom i.
 void rot_fc(const array2<double>& vector, array2<double>& fc);
 
 // The same for both forms of the force constants.

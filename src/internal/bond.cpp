@@ -1,4 +1,4 @@
-// Builds the bond graph from distances and from the input's lists.
+// Builds the bond graph from distances and from the lists of the input.
 #include "internal/bond.hpp"  // for get_bond
 
 #include <algorithm>
@@ -15,12 +15,12 @@ namespace vbn {
 namespace {
 
 constexpr double radius_factor = 1.1;  // of the sum of two radii, below which two atoms are bonded
-constexpr double bridge_length = 2.0;  // N or O to the hydrogen of another one, angstrom
+constexpr double bridge_length = 2.0;  // angstrom, from N or O to a hydrogen atom of another N or O
 constexpr int any_element = std::numeric_limits<int>::max();
 
-// A pair is bonded below `limit` (angstrom) when the one atom has an atomic number from `low` to `high` and
-// the other one above `partner_above`. The limits are held in single precision where the rule has them so:
-// 1.8 stands for 1.7999999523162842, and a distance of exactly 1.8 is no bond.
+// A pair is bonded below `limit` (angstrom) when one atom has an atomic number from `low` to `high` and the
+// other one above `partner_above`. Some limits are single-precision numbers: 1.8f is 1.7999999523162842, and
+// a distance of exactly 1.8 is no bond.
 struct fixed_limit {
   int low;
   int high;

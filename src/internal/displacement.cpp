@@ -22,7 +22,7 @@ const layout definitions_line("(4i6, 4x, 4i6)");
 const layout definitions_error(R"(("Error: Definitions of internal coordinates are changed!"))");
 const layout numbers_error(R"(("Error: numbers of internal coordinates are not same:", 2i6))");
 
-// Prints coordinates that other atoms define in the other state, and stops on unequal numbers of them.
+// Prints coordinates with other atoms in the other state, and stops if their numbers differ.
 void compare_definitions(const internal_coordinates& c1, const internal_coordinates& c2) {
   const int nr = std::min(c1.nr, c2.nr);
   for (int i = 1; i <= nr; ++i)
@@ -39,7 +39,7 @@ void compare_definitions(const internal_coordinates& c1, const internal_coordina
   }
 }
 
-// z of state 2 less z of state 1; an angle is brought back once from beyond half a revolution.
+// z of state 2 less z of state 1; an angle beyond half a revolution is shifted by one revolution.
 array1<double> differences(const internal_coordinates& c1, const internal_coordinates& c2) {
   array1<double> zd(c1.nr);
   for (int i = 1; i <= c1.nr; ++i) {
@@ -81,15 +81,15 @@ array1<double> along_modes(const non_redundant_basis& basis, const array1<double
   return p;
 }
 
-// In units of the mode's zero-point length.
+// In units of the zero-point length of the mode.
 array1<double> dimensionless(const normal_modes& modes, const array1<double>& p) {
   array1<double> d0 = p;
   for (int i = 1; i <= p.size(); ++i) d0(i) /= mode_length(modes, i);
   return d0;
 }
 
-// The results that follow from the dimensionless displacements d0. A mode of no frequency has no finite
-// length: its displacement is p itself.
+// The results from the dimensionless displacements d0. A mode of zero frequency has no finite length: its
+// displacement is p itself.
 mode_results results_of(array1<double> d0, const array1<double>& p, const normal_modes& modes) {
   const int n3 = p.size();
   mode_results results{array1<double>(n3), std::move(d0), array1<double>(n3), array1<double>(n3)};

@@ -7,9 +7,9 @@
 namespace vbn {
 
 // Compares the states in their internal coordinates and fills, of both, `zd` (angstrom, radians; opposite
-// signs), `cmr2` and the results `dint`, with the signs of the Cartesian route where the key asks for them.
-// Needs the non-redundant basis and the modes. Coordinates with other definitions in the two states are
-// printed to standard output; unequal numbers of them stop the run.
+// signs), `cmr2` and the results `dint`, with the signs of the Cartesian route if the key is set. Needs the
+// non-redundant basis and the modes. Coordinates with other definitions in the two states are printed to
+// standard output; different numbers of them stop the run.
 void check_int_coord(array1<states>& state, bool d_sign_same_to_cart);
 
 }  // namespace vbn

@@ -6,8 +6,8 @@
 
 namespace vbn {
 
-// `fc` becomes its projection bm^T bm fc bm^T bm; the mass-weighted form and the modes stay as they are.
-// Shape: bm (n3,n3).
+// `fc` becomes its projection bm^T bm fc bm^T bm; the mass-weighted form and the modes are unchanged. Shape:
+// bm (n3,n3).
 void get_proj_f0(const array2<double>& bm, force_constants& force);
 
 }  // namespace vbn

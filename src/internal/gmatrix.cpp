@@ -1,4 +1,4 @@
-// Sums of the Wilson G matrix and the basis that they give.
+// The Wilson G matrix and the non-redundant basis from its eigenvectors.
 #include "internal/gmatrix.hpp"  // for get_int_gmatrix
 
 #include <algorithm>
@@ -16,9 +16,10 @@ namespace vbn {
 
 namespace {
 
-constexpr double rounding_below_zero = 1.0e-6;  // an eigenvalue above minus this is zero, save for rounding
-constexpr double overlap_power = -0.5;          // of the G matrix of the kept combinations
-constexpr int block_width = 8;                  // columns of G that one pass over a dense B serves
+constexpr double rounding_below_zero =
+    1.0e-6;                             // a negative eigenvalue above minus this is a rounding error of zero
+constexpr double overlap_power = -0.5;  // of the G matrix of the kept combinations
+constexpr int block_width = 8;          // columns of G for one pass over a dense B
 
 const layout gcut_line(R"((2x,"G cut                              = ", es11.2))");
 const layout vibrations_line(R"((2x,"3N-6                               = ", i10   ))");
@@ -49,8 +50,8 @@ bool mostly_zero(const array2<double>& b) {
   return 2 * static_cast<std::size_t>(zeros) > b.span().size();
 }
 
-// Lower triangle of G of a B that is mostly zeros. The product of a zero adds a zero, and a sum that began at
-// +0.0 keeps every bit when one is added: only the filled rows of each column take part.
+// Lower triangle of G for a B that is mostly zeros. Zero terms do not change any bit of a sum that began at
+// +0.0, so only the filled rows of each column are used.
 void sparse_g(const array1<double>& mass, const array2<double>& b, array2<double>& g) {
   std::vector<int> rows;
   for (int k = 1; k <= b.cols(); ++k) {
@@ -61,7 +62,7 @@ void sparse_g(const array1<double>& mass, const array2<double>& b, array2<double
   }
 }
 
-// Lower triangle of G of a full B. The hot path of large molecules: k rises outside, so that each element
+// Lower triangle of G for a full B. The hot path of large molecules: k is the outer loop, so each element
 // gets its terms in the order of the plain triple loop while the loop over i runs in vector registers; a
 // block of columns of G stays in cache for one pass over B.
 void dense_g(const array1<double>& mass, const array2<double>& b, array2<double>& g) {
@@ -84,9 +85,9 @@ double raised(double eigenvalue, double power) {
   if (power < 0.0 && eigenvalue > -rounding_below_zero && eigenvalue < 0.0) return 0.0;
   const double result = std::pow(eigenvalue, power);
   if (std::isnan(result))
-    fail({.what = "a matrix over the internal coordinates has the eigenvalue " + std::to_string(eigenvalue) +
-                  ", of which there is no power " + std::to_string(power),
-          .expected = "coordinates that span the vibrations, or set_cart = t for none"});
+    fail({.what = "a matrix of the internal coordinates has the eigenvalue " + std::to_string(eigenvalue) +
+                  ", which has no power " + std::to_string(power),
+          .expected = "internal coordinates that span the vibrations, or set_cart = t"});
   return result;
 }
 
@@ -102,7 +103,7 @@ double raised(double eigenvalue, double power) {
   stop();
 }
 
-// The eigenvectors of G beyond the cut, as columns in the order of their eigenvalues.
+// The eigenvectors of G with eigenvalues above the cut, as columns in the order of the eigenvalues.
 array2<double> kept_vectors(const array1<double>& e, const array2<double>& v, double gcut, int nv) {
   array2<double> a(v.rows(), nv);
   int kept = 0;
@@ -175,7 +176,7 @@ non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>
   non_redundant_basis basis;
   basis.nv = n3 - external_modes;
   if (nv != basis.nv)
-    warn(ffreq + ": " + std::to_string(nv) + " independent internal coordinates where 3N-6 is " +
+    warn(ffreq + ": " + std::to_string(nv) + " independent internal coordinates, but 3N-6 is " +
          std::to_string(basis.nv) + ": the route through them uses the first " + std::to_string(basis.nv));
 
   const array2<double> at = transposed(kept_vectors(e, v, gcut, nv));

@@ -1,4 +1,4 @@
-// Walks the bond graph and makes the redundant coordinates in their order.
+// Goes through the bond graph and makes the redundant coordinates in their order.
 #include "internal/int_coord.hpp"  // for get_int_coord
 
 #include <array>
@@ -19,8 +19,8 @@ namespace {
 
 constexpr double linear_sine = 0.04997916927067833;  // sine of 0.05: below it a bend is linear
 constexpr double crowded_sine = 0.22f;     // at a centre with more than two bonds (single precision)
-constexpr double least_sine = 0.0001;      // of an angle that a torsion turns about
-constexpr double undefined_sine = 1.0e-6;  // below it a requested dihedral has no plane to turn in
+constexpr double least_sine = 0.0001;      // of the angles at the axis of a torsion
+constexpr double undefined_sine = 1.0e-6;  // below it a requested dihedral has no value
 constexpr std::size_t max_chains = 10;
 
 struct coordinate {
@@ -29,7 +29,7 @@ struct coordinate {
   wilson_row row;
 };
 
-// The molecule and what has been made of it so far.
+// The molecule and the coordinates made so far.
 struct walk {
   const std::string& ffreq;
   const input_data& input;
@@ -42,7 +42,7 @@ struct walk {
   std::vector<std::array<int, 3>> chains;
 };
 
-// The bend i-j-k that a dihedral goes on from.
+// The bend i-j-k from which a dihedral continues.
 struct bend {
   int i, j, k;
   direction ij, kj;
@@ -73,8 +73,8 @@ bool marked_linear(const input_data& input, int i, int j, int k) {
   return false;
 }
 
-// Lets the chain of which this triple is the continuation grow at its end, or begins a new one. A chain can
-// pass more than one test; each acts on what the one before left.
+// Extends the chain that this triple continues, or begins a new one. A chain can pass more than one test;
+// each starts from the result of the one before.
 void note_chain(walk& w, int i, int j, int k) {
   bool isnew = true;
   for (std::array<int, 3>& chain : w.chains) {
@@ -100,7 +100,8 @@ void get_int_stretch(walk& w) {
       if (w.bond(i, j)) add(w, kind_stretch, {i, j, 0, 0}, stretch_row(get_r_d(w.x(i), w.x(j))));
 }
 
-// At a centre with more than two bonds a nearly straight bend gives no coordinate: others span its motion.
+// At a centre with more than two bonds a nearly straight bend gives no coordinate: others describe its
+// motion.
 void add_bend(walk& w, const bend& at) {
   const auto [i, j, k, ij, kj, sinphi, sinmin, listed] = at;
   const bool few_bonds = w.bond_num(j) <= 2;
@@ -113,7 +114,7 @@ void add_bend(walk& w, const bend& at) {
   }
 }
 
-// Makes the dihedral or the torsion about a chain, unless a request asks for one that has no value.
+// Makes the dihedral or the torsion about a chain, unless a requested one has no value.
 void add_dihedral(walk& w, int kind, const bend& at, int l, const direction& lk, bool requested) {
   const double sinph3 = sine_of(-dot(lk.r, at.kj.r));
   if (requested && (at.sinphi < undefined_sine || sinph3 < undefined_sine)) {
@@ -144,12 +145,12 @@ void add_torsions(walk& w, const bend& at) {
   }
 }
 
-// Torsions of what hangs on the one end of each chain against what hangs on the other.
+// Torsions of the neighbours of one end of each chain against those of the other end.
 void add_chain_torsions(walk& w) {
   for (const std::array<int, 3>& chain : w.chains) {
     const int j = chain[0];
     const int k = chain[2];
-    if (j == k) continue;  // a ring of bends that the input calls linear: no axis to turn about
+    if (j == k) continue;  // a ring of bends that the input makes linear: there is no axis
     const direction kj = get_r_d(w.x(k), w.x(j));
     for (int i = 1; i <= w.x.size(); ++i) {
       if (!((i != k && w.bond(i, j)) || def_int(w.input, 'a', i, j, k, 0) == 1)) continue;
@@ -189,14 +190,13 @@ void get_int_angle(walk& w) {
   add_chain_torsions(w);
 }
 
-// No direction leads from an atom to another one at the same place.
+// Two atoms at the same place have no direction between them.
 void refuse_coincident_atoms(const array2<double>& x, const std::string& ffreq) {
   for (int i = 1; i < x.cols(); ++i)
     for (int j = i + 1; j <= x.cols(); ++j)
       if (x(1, i) == x(1, j) && x(2, i) == x(2, j) && x(3, i) == x(3, j))
-        fail_in(ffreq,
-                "atoms " + std::to_string(i) + " and " + std::to_string(j) + " stand at the same place",
-                "atoms apart from each other, or set_cart = t");
+        fail_in(ffreq, "atoms " + std::to_string(i) + " and " + std::to_string(j) + " are at the same place",
+                "atoms at different places, or set_cart = t");
 }
 
 // Impropers are in use where a single atom has more than one neighbour.
@@ -213,7 +213,7 @@ bool use_impropers(const array1<int>& bond_num) {
   return bond_num.size() > 3 && n2bond == 1;
 }
 
-// Lays the coordinates down in arrays.
+// Copies the coordinates to arrays.
 internal_coordinates laid_down(walk w) {
   const int nr = static_cast<int>(w.made.size());
   internal_coordinates made;

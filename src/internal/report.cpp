@@ -20,7 +20,7 @@ const layout estimate_title(R"(("print xd and zd"))");
 const layout estimate_heads("(a5,a7,a9,3a9)");
 const layout estimate_line("(i5,i7,f9.4,3f9.5, 2(2x, 4i6) )");
 
-// Heading and row of one kind, which is named by its place in the table, and how many atoms define it.
+// Heading and row of one kind, whose number is its place in the table, and how many atoms define it.
 struct kind_section {
   const char* heading;
   const char* row;
@@ -71,7 +71,7 @@ void print_large_changes(const array1<text<2>>& symbol, const internal_coordinat
   }
 }
 
-// The change of each coordinate to first order, B dx, beside the true one.
+// The change of each coordinate to first order, B dx, and the true change.
 void print_linear_estimate(const states& s1, const states& s2, output_file& fout) {
   const internal_coordinates& c1 = s1.internal;
   const internal_coordinates& c2 = s2.internal;

@@ -9,20 +9,20 @@ namespace vbn {
 namespace {
 
 constexpr double least_sine = 0.0001;       // of k-j-l, and least cosine of the angle out of the plane
-constexpr double least_component = 1.0e-6;  // of the fixed direction across the line of a linear bend
+constexpr double least_component = 1.0e-6;  // of the fixed direction perpendicular to a linear bend
 constexpr double diagonal = 0.7071067811865476;
 constexpr vector3 xy_diagonal{diagonal, diagonal, 0.0};
 constexpr vector3 z_axis{0.0, 0.0, 1.0};
 
 double angle_of(double cosine) { return std::acos(std::clamp(cosine, -1.0, 1.0)); }
 
-// What is left of v across the unit vector r.
+// The part of v perpendicular to the unit vector r.
 vector3 across(const vector3& v, const vector3& r) {
   const double along = dot(r, v);
   return {v[0] - r[0] * along, v[1] - r[1] * along, v[2] - r[2] * along};
 }
 
-// Minus the sum of the other atoms' derivatives: a shift of the whole molecule changes no coordinate.
+// Minus the sum of the derivatives of the other atoms: a shift of the whole molecule changes no coordinate.
 vector3 balance(const vector3& a, const vector3& b, const vector3& c = {}) {
   return {-(a[0] + b[0] + c[0]), -(a[1] + b[1] + c[1]), -(a[2] + b[2] + c[2])};
 }

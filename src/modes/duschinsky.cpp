@@ -1,4 +1,4 @@
-// Duschinsky matrices, displacements and what follows from them mode by mode.
+// Duschinsky matrices, displacements and the quantities derived from them for each mode.
 #include "modes/duschinsky.hpp"  // for get_vbn
 
 #include <cmath>
@@ -17,7 +17,7 @@ namespace vbn {
 namespace {
 
 constexpr double orthogonality_eps = 1.0e-12;
-constexpr double length_of_rest = 10.0;  // `zptlen` of the modes before
+constexpr double length_of_rest = 10.0;  // `zptlen` of the modes before the first vibration
 
 array1<double> zero_point_lengths(const array1<double>& freq) {
   array1<double> zptlen(freq.size(), length_of_rest);
@@ -31,7 +31,7 @@ double sum_of_vibrations(const array1<double>& freq) {
   return freqt;
 }
 
-// What follows from the displacements and frequencies, mode by mode, and the total.
+// The quantities derived from displacement and frequency of each mode, and their total.
 mode_results reorganisation(array1<double> d, const array1<double>& freq) {
   const int n3 = freq.size();
   mode_results results{std::move(d), array1<double>(n3), array1<double>(n3), array1<double>(n3)};
@@ -90,11 +90,11 @@ void get_vbn(array1<states>& state, const input_keys& keys) {
   e.cart = reorganisation(transposed_product(e.modes.cm, dq2.span()), e.modes.freq);
 
   mode_pairs pairs = vbn_ord(g.modes, e.modes, g.symmetry, keys);
-  // Other signs of the modes give the same pairing; it is told once.
+  // Other signs of the modes give the same pairing; the warning is printed once.
   if (pairs.unpaired > 0 && pairs.order_g != g.modes.order) {
     warn("if_symm pairs modes within representations: the last " + std::to_string(pairs.unpaired) +
-         " rows of the tables hold modes without a partner; point_group = T and the same point group in both "
-         "states give every mode one");
+         " rows of the tables are modes without a partner; use point_group = t and the same point group in "
+         "both states");
   }
   g.modes.order = std::move(pairs.order_g);
   e.modes.order = std::move(pairs.order_e);

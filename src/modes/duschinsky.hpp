@@ -14,7 +14,7 @@ namespace vbn {
 void get_vbn(array1<states>& state, const input_keys& keys);
 
 // Stops the run when a diagonal element of c^T c exceeds 1 or another element exceeds 0 by more than 1e-12;
-// each such diagonal element is told on standard output. Shape: c (n,n).
+// each such diagonal element is printed to standard output. Shape: c (n,n).
 void test_fc(const array2<double>& c);
 
 }  // namespace vbn

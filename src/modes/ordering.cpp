@@ -33,7 +33,7 @@ void pair_block(const array2<double>& s, array1<int>& idx_j, array1<int>& idx_k,
   large_elements(idx_j, idx_k, block(s, idx_j, idx_k), sort_mode);
 }
 
-// The modes at the places `from` on in the order of frequency whose representation is `name`.
+// The modes of representation `name` from place `from` on, in the order of frequency.
 array1<int> modes_of(const array1<int>& ord, const array1<text<6>>& symm, const text<3>& name, int from) {
   std::vector<int> found;
   for (int i = from; i <= ord.size(); ++i)
@@ -43,7 +43,7 @@ array1<int> modes_of(const array1<int>& ord, const array1<text<6>>& symm, const 
   return modes;
 }
 
-// Each of the six lowest modes of state 1, in turn, takes the one left of state 2 that it overlaps most with.
+// Pairs each of the six lowest modes of state 1 in turn with the free mode of state 2 of largest overlap.
 void pair_rest_by_rows(const array2<double>& s1, int n3, array1<int>& order_e) {
   const int n = std::min(external_modes, n3);
   array1<bool_> lock(n3, false);
@@ -59,7 +59,7 @@ void pair_rest_by_rows(const array2<double>& s1, int n3, array1<int>& order_e) {
   }
 }
 
-// The list of pairs by rising mean frequency, from a pairing of all modes.
+// The list of pairs by increasing mean frequency, from a pairing of all modes.
 void preliminary_pairs(const array1<double>& freq1, const array1<double>& freq2, const array2<double>& s1,
                        int sort_mode, array1<int>& ord_g, array1<int>& ord_e) {
   const int n3 = s1.rows();
@@ -110,8 +110,8 @@ void pair_by_symmetry(const normal_modes& g, const normal_modes& e, const symmet
     list.add_e(idx_e(j));
   }
 
-  // The modes that a representation has in one state more than in the other wait until all pairs have their
-  // rows, so that a row never shows two modes that were not paired while there are pairs to come.
+  // Modes without a partner in their representation are listed after all pairs, so that no row before the
+  // last pair shows two modes that are not paired.
   std::vector<int> left_g;
   std::vector<int> left_e;
   for (int ir = 1; ir <= symmetry.nrep; ++ir) {
@@ -140,15 +140,15 @@ void large_elements(array1<int>& idx_j, array1<int>& idx_k, const array2<double>
   const int nk = idx_k.size();
   if (nj == 0 || nk == 0) return;
   const int n = nj * nk;
-  // Place i of the list is row (i-1)/nk, column (i-1)%nk: columns run fastest, which settles how equal
-  // elements leave the sort.
+  // Place i of the list is row (i-1)/nk, column (i-1)%nk: columns run fastest, which defines the order of
+  // equal elements after the sort.
   array1<double> array(n);
   for (int k = 1; k <= nk; ++k)
     for (int j = 1; j <= nj; ++j) array((j - 1) * nk + k) = std::abs(matrix(j, k));
   array1<int> ord;
   indexx(array.span(), ord);
 
-  // From the largest element down: an element whose row and column are free makes a pair.
+  // In the order of decreasing elements: an element whose row and column are free gives a pair.
   array1<bool_> taken_j(nj, false);
   array1<bool_> taken_k(nk, false);
   const int npair = std::min(nj, nk);

@@ -15,19 +15,18 @@ struct mode_pairs {
 };
 
 // Keys: `sort_mode` (0, or a value outside 1..3, gives every mode its own row), `if_symm` (pairs within
-// representations), `n3all` (the six lowest modes are no block of their own). Of the modes it reads `freq`
-// and `irrep`, and `s` of state 1; the representations are those of state 1. Rows without a pair come only
-// where the two states have different numbers of modes of a representation: the pairs come first; the modes
-// left over in a representation that both states have follow them, and every other row keeps the mode of its
-// own number.
+// representations), `n3all` (the six lowest modes are not a separate block). Of the modes it reads `freq` and
+// `irrep`, and `s` of state 1; the representations are those of state 1. There are rows without a pair only
+// if the two states have different numbers of modes of a representation: the pairs come first; the remaining
+// modes of a representation that both states have follow, and every other row has the mode of its own number.
 mode_pairs vbn_ord(const normal_modes& g, const normal_modes& e, const symmetry_data& symmetry,
                    const input_keys& keys);
 
-// Greedy one-to-one assignment: of all elements of `matrix` (nj,nk) the largest in magnitude makes the first
-// pair, then the largest in the rows and columns left, and so on. `idx_j` (nj) and `idx_k` (nk) hold the
+// Greedy one-to-one assignment: the element of largest magnitude of `matrix` (nj,nk) gives the first pair,
+// then the largest in the remaining rows and columns, and so on. `idx_j` (nj) and `idx_k` (nk) hold the
 // distinct mode numbers of rows and columns; the min(nj,nk) pairs replace their first entries, ordered by
-// idx_j (sort_mode 1), by idx_k (2) or as they were found (3). The modes of the longer side that found no
-// partner follow in the order in which they came.
+// idx_j (sort_mode 1), by idx_k (2) or as they were found (3). The modes of the longer side without a partner
+// follow in their original order.
 void large_elements(array1<int>& idx_j, array1<int>& idx_k, const array2<double>& matrix, int sort_mode);
 
 }  // namespace vbn

@@ -7,7 +7,7 @@
 namespace vbn {
 
 // Copies force constants and modes from state 1 to state 2 (same_hessian 1) or from state 2 to state 1 (2);
-// any other value copies nothing. Frequencies, geometry and masses stay each state's own.
+// any other value copies nothing. Each state keeps its own frequencies, geometry and masses.
 void use_same_hessian(array1<states>& state, int same_hessian);
 
 }  // namespace vbn

@@ -14,7 +14,7 @@ void negate_column(array2<double>& c, int j) {
 }
 
 // The determinant from the LU factorisation; each exchange of rows changes its sign. The product of the
-// diagonal stays within its range since the matrix is orthogonal.
+// diagonal cannot overflow since the matrix is orthogonal.
 double determinant(array2<double> c) {
   const int n = c.rows();
   array1<int> ipiv(n);
@@ -38,7 +38,7 @@ void set_positive_diag(array1<states>& state, bool positive_diag, const input_ke
   sort_vec_large(n3, n3, g.modes.cm);
   sort_vec_large(n3, n3, e.modes.cm);
   get_vbn(state, keys);
-  // Each test looks at the matrix of this call, so the flips cannot influence each other.
+  // Each test reads the matrix from before this call, so the changes of sign do not affect each other.
   for (int i = 1; i <= n3; ++i) {
     const int j2 = e.modes.order(i);
     if (g.modes.s(g.modes.order(i), j2) < 0.0) negate_column(e.modes.cm, j2);

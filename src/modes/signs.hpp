@@ -7,14 +7,14 @@
 
 namespace vbn {
 
-// With `positive_diag` on: every mode of both states gets a positive largest component, then modes of state 2
-// are negated so that no diagonal element of the paired Duschinsky matrix is negative. `get_vbn` runs again
-// before and after. Off, nothing is done.
+// With `positive_diag`: makes the largest component of every mode of both states positive, then negates modes
+// of state 2 so that no diagonal element of the paired Duschinsky matrix is negative. `get_vbn` runs again
+// before and after.
 void set_positive_diag(array1<states>& state, bool positive_diag, const input_keys& keys);
 
-// With `proper_rotation` on: the pair with the smallest (signed) element of the Duschinsky matrix gives each
-// state whose mode matrix has a negative determinant the mode that is negated, so that both determinants are
-// +1; `get_vbn` runs again. Off, nothing is done.
+// With `proper_rotation`: a state whose matrix of modes has a negative determinant negates its mode of the
+// pair with the smallest (signed) element of the Duschinsky matrix, so that both determinants are +1;
+// `get_vbn` runs again.
 void set_proper_rotation(array1<states>& state, bool proper_rotation, const input_keys& keys);
 
 }  // namespace vbn

@@ -49,7 +49,7 @@ struct normal_modes {
   double freqt = 0.0;     // sum of the absolute frequencies of the vibrations
 };
 
-// What one route, Cartesian or through internal coordinates, gives for each mode (n3).
+// The results of one route, Cartesian or through internal coordinates, for each mode (n3).
 struct mode_results {
   array1<double> d;    // displacement, root of electron mass x bohr
   array1<double> d0;   // the same without dimension, delta
@@ -76,7 +76,7 @@ struct coupling_data {
   text<200> fnacm;
   text<100> fnacm_type;
   text<100> fnacm_version;
-  bool ifnac = false;       // the geometry of the file is the one of this state
+  bool ifnac = false;       // the geometry of the file is that of this state
   double e_vert = 0.0;      // vertical energy
   array2<double> x_nac;     // geometry
   array2<double> nacme_x0;  // couplings as read
@@ -87,12 +87,12 @@ struct coupling_data {
 // The file of the transition dipole and its derivatives.
 struct dipole_data {
   text<200> ftdipd;
-  bool ifdip = false;      // the geometry of the file is the one of this state
+  bool ifdip = false;      // the geometry of the file is that of this state
   array1<double> dip0;     // (3) transition dipole at the reference geometry
   array2<double> x_dip;    // (3,natom) geometry
   array3<double> tdipd_x;  // (3,3,natom): dipole component, coordinate, atom
   array2<double>
-      dip_turn;  // (3,3) rotation of the derivatives from the frame of their file; empty before any
+      dip_turn;  // (3,3) rotation of the derivatives from the frame of their file; empty if there was none
 };
 
 // The redundant internal coordinates. Lengths in angstrom and angles in radians.
@@ -113,7 +113,8 @@ struct internal_coordinates {
   array2<double> br;      // (n3,nr) rows of the Wilson B matrix, a coordinate a column
 };
 
-// The non-redundant basis of the internal coordinates, nv = n3 - 6 combinations of them, and the modes in it.
+// The non-redundant basis of the internal coordinates, nv = n3 - 6 combinations of them, and the modes in
+// this basis.
 struct non_redundant_basis {
   int nv = 0;
   array2<double> bm;    // (n3,n3) rows: its combinations over mass-weighted Cartesian coordinates

@@ -18,11 +18,11 @@ namespace vbn {
 
 namespace {
 
-constexpr std::size_t oniom_width = 500;  // columns of a line in which the word "oniom" is looked for
-constexpr int harmless_natom = 300;       // atoms whose matrices are taken whatever the file holds
+constexpr std::size_t oniom_width = 500;  // columns of a line that are searched for the word "oniom"
+constexpr int harmless_natom = 300;       // atoms whose matrices are allocated for any size of the file
 constexpr std::string_view high_layer = "H";
 
-// Goes to the first atom line of the molecule specification, behind the charge lines of the layers.
+// Moves to the first atom line of the molecule specification, after the charge lines of the layers.
 bool first_atom_of_layers(input_file& file) {
   std::string_view line;
   file.rewind();
@@ -43,7 +43,7 @@ std::string_view next_layer(input_file& file) {
 }
 
 // Ends the run when the file of the force constants is too short for those of `natom` atoms, before arrays of
-// their extent are made. Small ones are left to the readers, which say what is missing.
+// this size are made. For small molecules the readers say what is missing.
 void check_size(std::string_view fhess, int natom) {
   if (natom <= harmless_natom) return;
   std::error_code none;  // a file without a size counts as full
@@ -60,7 +60,7 @@ bool can_be_read(const std::string& name) {
   return std::filesystem::is_regular_file(name, none) && std::ifstream(name).is_open();
 }
 
-// The formatted checkpoint of a Gaussian log is looked for in the working directory, wherever the log is.
+// The formatted checkpoint of a Gaussian log is in the working directory, wherever the log is.
 text<200> checkpoint_of(std::string_view ffreq) {
   const text<200> fchk = name_main(ffreq) + ".fchk";
   if (!can_be_read(fchk.str())) {
@@ -71,11 +71,11 @@ text<200> checkpoint_of(std::string_view ffreq) {
   return fchk;
 }
 
-// Says on the error stream which file it is that the stop for a count below 1 speaks of.
+// Prints a warning with the name of the file before the stop for a count below 1.
 void warn_no_atoms(const qm_file& file, bool ifoniom) {
   warn("no number of atoms found in " + file.file.name() +
-       (file.kind == file_kind::unknown ? ": no program is known that writes such a file"
-        : ifoniom ? ": it holds the word \"oniom\", but no atoms of layer \"H\" behind \"Charge =\""
+       (file.kind == file_kind::unknown ? ": no known program writes such a file"
+        : ifoniom ? ": it contains the word \"oniom\", but no atoms of layer \"H\" after \"Charge =\""
                   : ", which is read as a " + name_of(file.kind) + " file"));
 }
 

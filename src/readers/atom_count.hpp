@@ -10,8 +10,8 @@ namespace vbn {
 // Opens the frequency file `ffreq` of a state and finds its kind, its atom count and the file of the force
 // constants: sets `ffreq_type`, `ffreq_version`, `fhess`, `ifoniom`, `nqmmm`, `natom` and `n3`, and returns
 // the open file. A Gaussian log needs its ".fchk" sibling in the working directory; without it, and for a
-// file without atoms, the run ends as told on standard output. A missing name, a file that cannot be opened
-// and a count that the files have no room for end the run with a message.
+// file without atoms, the run ends with lines on standard output. A missing name, a file that cannot be
+// opened and a count too large for the size of the files end the run with a message.
 qm_file get_na(file_data& data, atom_data& atoms);
 
 // For an ONIOM state: fills `iqm` and `iqm3`, the places in the file of the `natom` atoms of layer "H" and of

@@ -19,10 +19,10 @@ namespace {
 
 constexpr int lines_before_block = 11;  // of force constants
 constexpr int block_columns = 9;        // numbers in a row of a block
-constexpr int label_width = 20;         // columns in front of them
+constexpr int label_width = 20;         // columns before them
 constexpr int field_width = 12;         // columns of each
 
-// Goes to the first row of the input coordinates.
+// Moves to the first row of the input coordinates.
 bool first_atom(input_file& file, std::string_view& line) {
   return search_word_free(file, "Input Coordinates", line) && search_word_first_number(file, line);
 }
@@ -35,7 +35,7 @@ std::optional<int> chemshell_natom(input_file& file) {
   for (int natom = 1; file.read_line(line); ++natom) {
     if (!is_number(word_of(line, 1))) return natom;
   }
-  fail(file.here("the file ends inside the table of atoms", "a line behind its last row"));
+  fail(file.here("the file ends inside the table of atoms", "a line after its last row"));
 }
 
 void chemshell_nat(input_file& file, array1<int>& nat) {
@@ -60,13 +60,13 @@ void chemshell_coord(input_file& file, array2<double>& x) {
   coordinate_rows(file, 3, false, x);
 }
 
-// A full square in blocks of nine columns, of which the lower triangle is taken.
+// A full square in blocks of nine columns, of which the lower triangle is read.
 array2<double> chemshell_fc(input_file& file, int natom) {
   static const layout row("(20X,9F12.8)");
   constexpr std::string_view expected = "a row of up to nine force constants from column 21 on";
   std::string_view line;
   if (!search_word(file, 23, "cartesian force constant matrix", line)) {
-    warn(file.name() + " has no force constants; give the output of a ChemShell force calculation");
+    warn(file.name() + " has no force constants; use the output of a ChemShell force calculation");
     tell_free({"No force matrix information found"});
     stop();
   }

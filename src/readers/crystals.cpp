@@ -1,4 +1,4 @@
-// Reads what VASP, PWscf and crystallographic (CIF) files tell of a structure.
+// Reads the structure of VASP, PWscf and crystallographic (CIF) files.
 #include "readers/programs.hpp"  // for the routines
 #include "readers/rows.hpp"      // for the rows of the tables
 #include "readers/scan.hpp"      // for search_word_free, search_word_free_last

@@ -18,8 +18,8 @@ std::string_view behind(std::string_view word, std::size_t n) {
   return word.substr(std::min(n, word.size()));
 }
 
-// Reads the version behind a marker, from the line with the marker or from later ones. True when the marker
-// settles the kind, false when a later marker of the table overrides it.
+// Reads the version that follows a marker, from the line with the marker or from later ones. True when the
+// marker decides the kind, false when a later marker of the table overrides it.
 using version_reader = bool (*)(input_file& file, std::string_view line, text<100>& version);
 
 // Word `word` of the line without its first `dropped` characters.
@@ -29,7 +29,7 @@ bool version_word(input_file&, std::string_view line, text<100>& version) {
   return true;
 }
 
-// "G16RevC.01" of the line behind the stars, " Gaussian 16:  ES64L-G16RevC.01  3-Jul-2019".
+// "G16RevC.01" of the line after the stars, " Gaussian 16: ES64L-G16RevC.01 3-Jul-2019".
 bool gaussian_version(input_file& file, std::string_view line, text<100>& version) {
   if (!search_word_free(file, "*****************", line)) return false;
   if (file.read_line(line)) {
@@ -44,7 +44,7 @@ bool checkpoint_version(input_file&, std::string_view, text<100>& version) {
   return false;
 }
 
-// Version of a program that does not print one with its marker; what an earlier marker left stays.
+// For a program without a version at its marker; a version from an earlier marker is kept.
 bool no_version(input_file&, std::string_view, text<100>&) { return true; }
 
 bool zero_version(input_file&, std::string_view, text<100>& version) {
@@ -82,7 +82,7 @@ struct kind_marker {
   int column;  // of the first character of the marker, 0 for anywhere in a line
   std::string_view marker;
   version_reader version;
-  bool last_resort = false;  // looked for only when no other marker is found
+  bool last_resort = false;  // searched for only if no other marker is found
 };
 
 // In the order in which they are tested.
@@ -102,8 +102,8 @@ constexpr kind_marker markers[] = {
     {file_kind::turbomole, 0, "TURBOMOLE rev. V", turbomole_rev_version, true},
 };
 
-// The file with its tabs as the blanks that they stand for, up to the next column of `tab_stop`. Columns
-// count in all tables, and a tab is one character.
+// The file with each tab replaced by blanks up to the next multiple of `tab_stop` columns, since the columns
+// of tables matter.
 input_file without_tabs(input_file file) {
   constexpr std::size_t tab_stop = 8;
   std::string_view content = file.content();

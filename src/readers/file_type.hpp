@@ -1,4 +1,4 @@
-// Tells which program wrote a file.
+// Finds the program that wrote a file.
 #pragma once
 
 #include <string_view>
@@ -25,7 +25,7 @@ enum class file_kind {
   wien2k_spe
 };
 
-// A file of another program, opened and searched for its kind once and given to all readers of a state.
+// A file of another program, opened and searched for its kind once, and passed to all readers of a state.
 struct qm_file {
   input_file file;
   file_kind kind = file_kind::unknown;
@@ -37,8 +37,8 @@ struct qm_file {
 // of stars, keep their kind only when no later marker is found.
 file_kind qm_file_type(input_file& file, text<100>& version);
 
-// Opens a file and finds its kind. Tabs become the blanks up to the next column of eight, since columns
-// count. A file that cannot be opened ends the run with a message that names it.
+// Opens a file and finds its kind. Tabs become blanks up to the next multiple of eight columns. A file that
+// cannot be opened ends the run with a message that names it.
 qm_file open_qm_file(std::string_view fname);
 // The same for a file that is open.
 qm_file open_qm_file(input_file file);

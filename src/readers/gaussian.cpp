@@ -24,7 +24,7 @@ namespace {
 constexpr int masses_per_line = 10;
 constexpr std::string_view geometry_heading = "Center Atomic Atomic Coordinates";
 
-// Goes to the first row of the next table of coordinates.
+// Moves to the first row of the next table of coordinates.
 bool first_geometry(input_file& file) {
   std::string_view line;
   if (!search_word_del_space(file, geometry_heading, line) || !search_word_first_number(file, line))
@@ -87,7 +87,7 @@ void gaussian_log_mass(input_file& file, array1<double>& mass) {
   if (!first_geometry(file)) {
     fail_missing(
         file, "the masses",
-        "lines with \"AtmWgt\", the list behind \"Thermochemistry\" or a table \"Center Atomic Atomic "
+        "lines with \"AtmWgt\", the list after \"Thermochemistry\" or a table \"Center Atomic Atomic "
         "Coordinates\"");
   }
   array1<int> nat(mass.size());
@@ -148,7 +148,7 @@ array2<double> gaussian_fchk_fc(input_file& file, int natom) {
       row_integer(file, line, 6, "\"Cartesian Force Constants\", \"R\", \"N=\" and their number");
   const std::int64_t wanted = std::int64_t{3} * natom * (std::int64_t{3} * natom + 1) / 2;
   if (count != wanted) {
-    fail(file.here("the file has force constants of another number of atoms",
+    fail(file.here("the file has force constants for another number of atoms",
                    std::to_string(wanted) + " force constants for " + std::to_string(natom) + " atoms"));
   }
   array2<double> fc = force_constant_matrix(file, natom);
@@ -164,7 +164,7 @@ void gaussian_log_nacme(qm_file& from, file_couplings& read) {
   input_file& file = from.file;
   std::string_view line;
   if (!search_word(file, 2, "Charge =", line)) {
-    fail_missing(file, "the atoms", "\"Charge =\" in columns 2 to 9 and a row for each atom behind it");
+    fail_missing(file, "the atoms", "\"Charge =\" in columns 2 to 9 and a row for each atom after it");
   }
   for (int i = 1; i <= read.natom(); ++i) next_row(file, "the symbol of an atom");
 
@@ -176,7 +176,7 @@ void gaussian_log_nacme(qm_file& from, file_couplings& read) {
   std::copy(nat.begin(), nat.end(), read.z.begin());
 
   if (!search_word(file, 2, "Excited State   1", line)) {
-    fail_missing(file, "the vertical energy", "\"Excited State   1\" in columns 2 to 18 behind the geometry");
+    fail_missing(file, "the vertical energy", "\"Excited State   1\" in columns 2 to 18 after the geometry");
   }
   read.e_vert = energy_word(file, line, 5, "the energy in eV") / au_to_ev;
 

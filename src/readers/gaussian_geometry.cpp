@@ -1,4 +1,4 @@
-// Compares the geometries of a Gaussian calculation by how little its force constants feel a turn of each.
+// Compares the geometries of a Gaussian calculation by the change of the forces when each is rotated.
 #include "readers/gaussian_geometry.hpp"  // for fit_gaussian_coord
 
 #include <algorithm>
@@ -15,8 +15,8 @@ namespace vbn {
 namespace {
 
 constexpr double same_geometry = 1.0e-4;  // bohr; the log has six decimals in angstrom
-constexpr double felt_limit = 0.005;      // part of the Hessian that a turn may feel as noise
-constexpr double far_better = 0.1;        // part of what the last geometry of the log feels
+constexpr double felt_limit = 0.005;      // largest relative change of the forces that counts as noise
+constexpr double far_better = 0.1;        // ratio to the change with the last geometry of the log
 
 // `rotational_residual` of the Cartesian force constants, all atoms alike.
 double residual_of(const array2<double>& fc, const array2<double>& x) {
@@ -51,8 +51,8 @@ void fit_gaussian_coord(qm_file& log, qm_file& checkpoint, const array2<double>&
   x = take_checkpoint ? of_checkpoint : of_frequencies;
   warn("the last geometry of " + log.file.name() + " does not fit the force constants of " +
        checkpoint.file.name() +
-       (take_checkpoint ? "; the coordinates of that file are taken"
-                        : "; the last geometry before the frequencies is taken"));
+       (take_checkpoint ? "; the coordinates of that file are used"
+                        : "; the last geometry before the frequencies is used"));
 }
 
 }  // namespace vbn

@@ -1,4 +1,4 @@
-// Atoms and masses of the box that Turbomole and ChemShell share.
+// Atoms and masses of the table that Turbomole and ChemShell files share.
 #include "readers/isotope_table.hpp"  // for the routines
 
 #include <string>
@@ -13,8 +13,7 @@ void isotope_table_nat(input_file& file, array1<int>& nat) {
   std::string_view line;
   if (!search_word(file, 17, heading, line) || !file.read_line(line) ||
       !search_word_first_letter(file, line)) {
-    fail_missing(file, "the atoms",
-                 "\"" + std::string(heading) + "\" in columns 17 to 64 and rows behind it");
+    fail_missing(file, "the atoms", "\"" + std::string(heading) + "\" in columns 17 to 64, followed by rows");
   }
   symbol_rows(file, 4, nat);
 }
@@ -24,7 +23,7 @@ void weights_or_isotope_table_mass(input_file& file, bool listed, std::string_vi
   if (listed) {
     std::string_view line;
     if (!search_word_first_number(file, line)) {
-      fail_missing(file, "the masses", "rows behind \"" + std::string(heading) + "\"");
+      fail_missing(file, "the masses", "rows after \"" + std::string(heading) + "\"");
     }
     file.back_line();
     return mass_rows(file, 3, mass);

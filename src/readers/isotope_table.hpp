@@ -1,4 +1,4 @@
-// The box "Atomic coordinate, charge and isotop information", which Turbomole prints and ChemShell passes on.
+// The table "Atomic coordinate, charge and isotop information", in Turbomole and ChemShell outputs.
 #pragma once
 
 #include <string_view>
@@ -8,11 +8,11 @@
 
 namespace vbn {
 
-// The atomic numbers of the box.
+// The atomic numbers of the table.
 void isotope_table_nat(input_file& file, array1<int>& nat);
 
-// Masses in the third word of the rows behind the heading `heading`, where it was found (`listed`); otherwise
-// those of the elements of the box.
+// Masses in the third word of the rows after the heading `heading`, if it was found (`listed`); otherwise
+// those of the elements of the table.
 void weights_or_isotope_table_mass(input_file& file, bool listed, std::string_view heading,
                                    array1<double>& mass);
 

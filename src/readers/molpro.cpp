@@ -23,7 +23,8 @@ namespace {
 constexpr int block_columns = 5;           // numbers in a row of a block of force constants
 constexpr std::size_t symbol_letters = 3;  // of a label that count as the element symbol
 constexpr int charge_word = 3;             // of a row of atoms
-constexpr double isotope_window = 2.5;     // amu by which isotopes and averages differ from the table mass
+constexpr double isotope_window =
+    2.5;  // amu by which isotopes and averages may differ from the mass of the element
 
 bool to_force_constants(input_file& file) {
   std::string_view line;
@@ -36,7 +37,7 @@ bool has_dump(input_file& file) {
   return search_word(file, 2, "Dump information in style XYZ to output", line);
 }
 
-// Goes to the rows of the table "Nr  Atom  Charge" that the frequency calculation prints behind its force
+// Moves to the rows of the table "Nr Atom Charge" that the frequency calculation prints after its force
 // constants: the geometry in bohr, and the atoms in the order of the force constants and masses, which with
 // symmetry is not the order of "ATOMIC COORDINATES".
 bool to_frequency_table(input_file& file) {
@@ -45,20 +46,19 @@ bool to_frequency_table(input_file& file) {
   return to_force_constants(file) && search_word_del_space(file, "Nr Atom Charge", line);
 }
 
-// The rows have the numbers 1 to natom in front and a blank line behind, or it is not the table that is
-// meant.
+// Ends the run unless the rows begin with the numbers 1 to natom and are followed by a blank line.
 void check_frequency_table(input_file& file, int natom) {
   const std::string expected =
       "the rows 1 to " + std::to_string(natom) + " of the table \"Nr  Atom  Charge\"";
   for (int i = 1; i <= natom; ++i) {
     if (row_integer(file, next_row(file, expected), 1, expected) != i) {
-      fail(file.here("this is no row " + std::to_string(i), expected));
+      fail(file.here("this is not row " + std::to_string(i), expected));
     }
   }
-  if (rows_to_blank(file) != 0) fail(file.here("the table of atoms has more rows", expected));
+  if (rows_to_blank(file) != 0) fail(file.here("the table of atoms has too many rows", expected));
 }
 
-// "   1- 10" in front of masses, or "100-109": its first and last atom, and what stands behind it.
+// " 1- 10" before masses, or "100-109": its first and last atom, and the rest of the line.
 bool mass_range(std::string_view line, int& first, int& last, std::string_view& masses) {
   const auto number = [&](int& n) {
     line = adjustl(line);
@@ -74,7 +74,7 @@ bool mass_range(std::string_view line, int& first, int& last, std::string_view& 
   return true;
 }
 
-// The masses on several lines, each with its range of atoms in front.
+// The masses on several lines, each after its range of atoms.
 void masses_by_range(input_file& file, array1<double>& mass) {
   constexpr std::string_view expected = "a range of atoms, as \"1- 10\", and the mass of each of them";
   for (int next = 1; next <= mass.size();) {
@@ -94,7 +94,7 @@ void masses_by_range(input_file& file, array1<double>& mass) {
   }
 }
 
-// The block "Atomic Masses": all on the line behind it or, of more than ten atoms, ten to a line. False when
+// The block "Atomic Masses": all on the next line or, for more than ten atoms, ten to a line. False when
 // there is none.
 bool stated_masses(input_file& file, array1<double>& mass) {
   std::string_view line;
@@ -107,8 +107,8 @@ bool stated_masses(input_file& file, array1<double>& mass) {
   return true;
 }
 
-// Says which atom has a mass that no isotope of its element has; empty when all agree or none is stated. The
-// masses are in the order of the force constants.
+// A text that names an atom with a mass of no isotope of its element; empty if there is none or no mass is
+// given. The masses are in the order of the force constants.
 std::string wrong_mass(input_file& file, const array1<int>& nat) {
   array1<double> mass(nat.size());
   if (!stated_masses(file, mass)) return "";
@@ -150,7 +150,7 @@ void molpro_nat(input_file& file, array1<int>& nat) {
   const std::string wrong = wrong_mass(file, nat);
   if (!wrong.empty()) {
     warn(file.name() + ": " + wrong +
-         "; the force constants may stand in another order of atoms than \"ATOMIC COORDINATES\"");
+         "; the order of atoms in the force constants may differ from that of \"ATOMIC COORDINATES\"");
   }
 }
 
@@ -175,7 +175,7 @@ void molpro_coord(input_file& file, array2<double>& x) {
   tell_and_stop({"Error!", "Can not find coordinate in Molpro output file, stop!"});
 }
 
-// The lower triangle in blocks of five columns, each row with a label in front.
+// The lower triangle in blocks of five columns, each row after a label.
 array2<double> molpro_fc(input_file& file, int natom) {
   constexpr std::string_view expected = "a label and up to five force constants";
   if (!to_force_constants(file)) {
@@ -209,7 +209,7 @@ void molpro_nacme(qm_file& from, file_couplings& read) {
 
   if (!search_word(file, 2, "Derivative Coupling before scaling", line)) {
     fail_missing(file, "the couplings",
-                 "\"Derivative Coupling before scaling\" in columns 2 to 35 behind the energy");
+                 "\"Derivative Coupling before scaling\" in columns 2 to 35 after the energy");
   }
   const std::string coupling_row = "the coupling x, y and z of an atom";
   for (int i = 1; i <= read.natom(); ++i) {

@@ -22,12 +22,11 @@ constexpr int block_columns = 10;          // numbers in a row of a block
 constexpr double amu_per_kamu = 1000.0;    // the Hessian is weighted with masses in thousands of amu
 constexpr std::size_t symbol_letters = 3;  // of a label that count as the element symbol
 
-// Goes to the first row of a table of coordinates, from its heading on.
+// Moves from the heading of a table of coordinates to its first row.
 void to_rows(input_file& file) {
   std::string_view line;
   if (!search_word_free(file, "No.", line)) {
-    fail_missing(file, "the table of atoms",
-                 "a line with \"No.\" behind \"Output coordinates in angstroms\"");
+    fail_missing(file, "the table of atoms", "a line with \"No.\" after \"Output coordinates in angstroms\"");
   }
   skip_rows(file, 1, "the table of atoms");
 }
@@ -66,12 +65,13 @@ void nwchem_mass(input_file& file, array1<double>& mass) {
 
 void nwchem_coord(input_file& file, array2<double>& x) {
   std::string_view line;
-  search_word_free_last(file, "Output coordinates in angstroms", line);  // there, or `nwchem_nat` had failed
+  search_word_free_last(file, "Output coordinates in angstroms",
+                        line);  // it is there, or `nwchem_nat` would have failed
   to_rows(file);
   coordinate_rows(file, 3, true, x);
 }
 
-// The lower triangle in blocks of ten columns, each row with its number in front, weighted with the masses.
+// The lower triangle in blocks of ten columns, each row after its number, weighted with the masses.
 array2<double> nwchem_fc(input_file& file, int natom) {
   constexpr std::string_view expected = "a row number and up to ten force constants";
   array1<double> mass(natom);
@@ -115,7 +115,7 @@ void nwchem_nacme(qm_file& from, file_couplings& read) {
   std::copy(nat.begin(), nat.end(), read.z.begin());
 
   if (!search_word_free(file, "Root   1", line)) {
-    fail_missing(file, "the vertical energy", "\"Root   1\" behind the geometry");
+    fail_missing(file, "the vertical energy", "\"Root   1\" after the geometry");
   }
   const std::string_view columns = line.substr(std::min<std::size_t>(line.size(), 24), 31);
   if (!first_real(columns, read.e_vert)) {

@@ -12,8 +12,8 @@ namespace vbn {
 struct file_couplings;
 struct file_dipole;
 
-// What reads a kind of file; nullptr where the kind does not hold the quantity. Each reader takes a file at
-// its start and ends the run when the file does not hold what it reads, but for `natom`.
+// The readers of a kind of file; nullptr for a quantity that such files do not hold. Each reader starts at
+// the beginning of the file and, except `natom`, ends the run when the file does not hold the quantity.
 struct kind_readers {
   file_kind kind = file_kind::unknown;
   std::string_view name = {};                              // as printed
@@ -22,8 +22,8 @@ struct kind_readers {
   void (*mass)(input_file&, array1<double>&) = nullptr;    // their masses, amu
   void (*coord)(input_file&, array2<double>&) = nullptr;   // their coordinates (3,natom), bohr
   array2<double> (*fc)(input_file&, int natom) = nullptr;  // force constants (n3,n3), hartree/bohr^2
-  void (*nacme)(qm_file&, file_couplings&) = nullptr;      // couplings of the extent of its arrays
-  void (*tdipd)(input_file&, file_dipole&) = nullptr;      // dipole derivatives of the extent of its arrays
+  void (*nacme)(qm_file&, file_couplings&) = nullptr;      // couplings, in arrays that have their sizes
+  void (*tdipd)(input_file&, file_dipole&) = nullptr;  // dipole derivatives, in arrays that have their sizes
 };
 
 // The row of a kind in the table of all kinds.
@@ -45,7 +45,7 @@ void gaussian_log_coord(input_file& file, array2<double>& x);
 bool gaussian_log_coord_before(input_file& file, std::size_t end, array2<double>& x);
 void gaussian_log_nacme(qm_file& from, file_couplings& read);
 std::optional<int> gaussian_fchk_natom(input_file& file);
-// The coordinates of the checkpoint; false when it has none of as many atoms.
+// The coordinates of the checkpoint; false when it has none, or of another number of atoms.
 bool gaussian_fchk_coord(input_file& file, array2<double>& x);
 array2<double> gaussian_fchk_fc(input_file& file, int natom);
 
@@ -80,7 +80,7 @@ void turbomole_coord(input_file& file, array2<double>& x);
 array2<double> turbomole_fc(input_file& file, int natom);
 void turbomole_nacme(qm_file& from, file_couplings& read);
 
-// Programs for crystals, which give no force constants (crystals.cpp)
+// Programs for crystals, without force constants (crystals.cpp)
 std::optional<int> cif_natom(input_file& file);
 std::optional<int> pwout_natom(input_file& file);
 std::optional<int> vasp_natom(input_file& file);

@@ -1,4 +1,4 @@
-// Gives each question about a file to the reader of its kind.
+// Calls the reader of the kind of a file for each quantity.
 #include "readers/qm_file.hpp"  // for the routines
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace vbn {
 
 namespace {
 
-// The readers of the file's kind, for the file at its start.
+// The readers of the kind of the file, which is moved to its start.
 const kind_readers& rewound(qm_file& file) {
   file.file.rewind();
   return readers_of(file.kind);
@@ -23,7 +23,8 @@ const kind_readers& rewound(qm_file& file) {
   const std::string kind =
       file.kind == file_kind::unknown ? "a file of unknown kind" : "a " + name_of(file.kind) + " file";
   fail_in(file.file.name(), "cannot read " + std::string(what) + " from " + kind,
-          "an output of ChemShell, Gaussian (the log, with its .fchk file beside it), Molpro, NWChem or "
+          "an output of ChemShell, Gaussian (the log, with its .fchk file in the current directory), Molpro, "
+          "NWChem or "
           "Turbomole, or a file of numerical frequencies");
 }
 
@@ -88,8 +89,8 @@ file_couplings qm_file_nacme(qm_file& file, int natom) {
   const auto finite = [](double r) { return std::isfinite(r); };
   if (!std::ranges::all_of(couplings.nacme.span(), finite) ||
       !std::ranges::all_of(couplings.tranele.span(), finite)) {
-    fail_in(file.file.name(), "the couplings are beyond the range of numbers",
-            "energy, charges and couplings of a sound calculation");
+    fail_in(file.file.name(), "the couplings are not finite numbers",
+            "finite couplings, and an energy and charges that keep them finite");
   }
   return couplings;
 }

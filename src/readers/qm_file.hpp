@@ -15,25 +15,25 @@ std::string name_of(file_kind kind);
 // Number of atoms of the file; none for a kind or a file that does not state it.
 std::optional<int> qm_file_natom(qm_file& file);
 
-// Each of the readers below ends the run with a message: `natom` below 1 or more than the file has room for,
-// a kind that does not hold what is asked for, a marker that is missing, a line that does not read, a file
-// that ends too early.
+// Each of the readers below ends the run with a message for `natom` below 1 or too large for the size of the
+// file, a kind without the quantity, a missing marker, a line that cannot be read, a file that ends too
+// early.
 
-// Atomic numbers (natom). A number outside 1 to 118 passes and is stopped by `nat_to_symbol`.
+// Atomic numbers (natom). A number outside 1 to 118 is returned; `nat_to_symbol` stops the run.
 array1<int> qm_file_nat(qm_file& file, int natom);
 
-// Masses (natom) in amu. An element without a mass in the table has 0.0, and a mass passes as the file states
-// it: whoever uses an atom tests that its mass is above zero.
+// Masses (natom) in amu. An element without a mass in the table has 0.0, and masses of the file are not
+// checked: the caller tests that they are above zero.
 array1<double> qm_file_mass(qm_file& file, int natom);
 
 // Coordinates (3,natom) in bohr.
 array2<double> qm_file_coord(qm_file& file, int natom);
 
-// Force constants (n3,n3), n3 = 3 x natom, in hartree/bohr^2, full and symmetric (of a NUMFORCE file as they
-// stand in it).
+// Force constants (n3,n3), n3 = 3 x natom, in hartree/bohr^2, full and symmetric (of a NUMFORCE file as in
+// the file).
 array2<double> qm_file_fc(qm_file& file, int natom);
 
-// Non-adiabatic couplings of the atoms of a file, in atomic units. A file gives one of the two arrays and the
+// Non-adiabatic couplings of the atoms of a file, in atomic units. A file has one of the two arrays; the
 // relation nacme = tranele x z / e_vert gives the other.
 struct file_couplings {
   array1<double> z;        // (natom) nuclear charges
@@ -44,7 +44,7 @@ struct file_couplings {
   int natom() const { return z.size(); }
 };
 
-// Besides the above ends the run: a zero energy or nuclear charge, couplings that are not finite.
+// Also ends the run for a zero energy or nuclear charge, and for couplings that are not finite.
 file_couplings qm_file_nacme(qm_file& file, int natom);
 
 // Transition dipole and its derivatives, in atomic units.

@@ -1,4 +1,4 @@
-// Rows of tables: words and numbers of a line, and what is said when they are not there.
+// Rows of tables: words and numbers of a line, and the messages when they are missing.
 #include "readers/rows.hpp"  // for the routines
 
 #include <algorithm>
@@ -21,15 +21,15 @@ namespace {
 
 constexpr std::size_t bytes_per_atom = 6;  // at least: three coordinates of a digit, and what separates them
 
-// A number that a read leaves untouched (a comma with nothing before it, a slash) keeps this mark.
+// A number that a read leaves unchanged (a comma without a value before it, a slash) keeps this mark.
 constexpr double unread = std::numeric_limits<double>::quiet_NaN();
 
 void mark_unread(std::span<double> numbers) { std::fill(numbers.begin(), numbers.end(), unread); }
 
-// Atomic number of a label that is an element symbol with something behind it; 0 for none. With a nuclear
-// charge in the row the label has to begin with the symbol of that charge (Hw with 1.0, CA2 with 6.0), or the
-// charge has to be smaller, as it is where a pseudopotential holds the core. Without one only digits may
-// follow the symbol.
+// Atomic number of a label that is an element symbol followed by other characters; 0 for none. With a nuclear
+// charge in the row the label must begin with the symbol of that charge (Hw with 1.0, CA2 with 6.0), or the
+// charge must be smaller, as with a pseudopotential for the core. Without a charge only digits may follow the
+// symbol.
 int nat_of_label(std::string_view label, std::string_view charge) {
   const auto letters_end = std::find_if_not(label.begin(), label.end(), [](char c) {
     return is_letter({&c, 1});
@@ -155,7 +155,7 @@ int rows_to_blank(input_file& file) {
   for (int n = 0; file.read_line(line); ++n) {
     if (word_of(line, 1).empty()) return n;
   }
-  fail(file.here("the file ends inside the table of atoms", "a blank line behind its last row"));
+  fail(file.here("the file ends inside the table of atoms", "a blank line after its last row"));
 }
 
 void element_masses(const array1<int>& nat, array1<double>& mass) {

@@ -1,4 +1,4 @@
-// Scanners that search the whole content for a word and look at the line around each hit afterwards.
+// Scanners that search the whole content for a word and then check the line around each hit.
 #include "readers/scan.hpp"  // for search_width
 
 #include <algorithm>
@@ -34,14 +34,14 @@ std::size_t line_begin(std::string_view content, std::size_t at) {
   return find_char_before(content, '\n', at) + 1;  // none + 1 is 0, the first line
 }
 
-// The line feed behind the byte at `at`, or the end of the content. A word that stands too far right in a
-// line is not looked for in that line again.
+// The line feed after the byte at `at`, or the end of the content. After a hit too far right in a line the
+// search continues in the next line.
 std::size_t line_end(std::string_view content, std::size_t at) {
   return std::min(find_char(content, '\n', at), content.size());
 }
 
-// Byte behind the word that starts at `from` when blanks are passed over; none when it does not start there.
-// A word holds no line feed, so it never runs into the next line.
+// The byte after the word that starts at `from`, blanks ignored; none if it does not start there. A word
+// holds no line feed, so it never runs into the next line.
 std::size_t match_without_blanks(std::string_view content, std::size_t from, std::string_view word) {
   std::size_t at = from;
   for (const char c : word) {
@@ -52,7 +52,7 @@ std::size_t match_without_blanks(std::string_view content, std::size_t from, std
   return at;
 }
 
-// The same for the word as it stands.
+// The same without ignoring blanks.
 std::size_t match_as_is(std::string_view content, std::size_t from, std::string_view word) {
   return content.substr(from, word.size()) == word ? from + word.size() : none;
 }
@@ -67,7 +67,7 @@ bool stop_at_end(input_file& file, std::string_view& line) {
   return false;
 }
 
-// The last line before the byte at `end` that `match` finds the word in, looked for from there.
+// The last line before the byte at `end` in which `match` finds the word, searched from there.
 bool search_last(input_file& file, std::string_view word, std::string_view& line, std::size_t end,
                  std::size_t (*match)(std::string_view, std::size_t, std::string_view)) {
   const std::string_view content = file.content().substr(0, end);

@@ -8,11 +8,11 @@
 
 namespace vbn {
 
-inline constexpr std::size_t search_width = 200;  // columns of a line that a search looks at
+inline constexpr std::size_t search_width = 200;  // columns of a line that are searched
 
-// Each scanner looks from the current position on, the very next line included, and gives in `line` the whole
-// line that it stopped at. True: the target was found and the file stands behind its line. False: the file
-// stands at its end. Case matters everywhere.
+// Each scanner searches from the current position on, including the next line, and returns in `line` the
+// whole line where it stopped. True: the target was found, and the position is after its line. False: the
+// position is the end of the file. Case matters.
 
 // The next line that holds `word` from this column on, counted from 1.
 bool search_word(input_file& file, int column, std::string_view word, std::string_view& line);
@@ -24,8 +24,7 @@ bool search_word_free(input_file& file, std::string_view word, std::string_view&
 // The last line of the whole file that holds `word`.
 bool search_word_free_last(input_file& file, std::string_view word, std::string_view& line);
 
-// The next line, and the last line before the byte at `end`, that holds `word` when the blanks of both are
-// left out.
+// The next line, and the last line before the byte at `end`, that holds `word`, blanks ignored in both.
 bool search_word_del_space(input_file& file, std::string_view word, std::string_view& line);
 bool search_word_last_del_space(input_file& file, std::string_view word, std::string_view& line,
                                 std::size_t end = std::string_view::npos);

@@ -1,4 +1,4 @@
-// Lower triangles in blocks of columns, and the room for force constants.
+// Lower triangles in blocks of columns, and the matrix for force constants.
 #include "readers/triangle.hpp"  // for the routines
 
 #include <algorithm>

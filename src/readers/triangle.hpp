@@ -1,4 +1,4 @@
-// Symmetric matrices of which a file holds the lower triangle, and force constants in particular.
+// Symmetric matrices whose lower triangle is in a file, such as force constants.
 #pragma once
 
 #include <functional>
@@ -10,13 +10,13 @@
 namespace vbn {
 
 // The matrix of the force constants of `natom` atoms, (3 natom, 3 natom), to be filled. A file that is too
-// short to hold half of their number ends the run.
+// short for half of their number ends the run.
 array2<double> force_constant_matrix(const input_file& file, int natom);
 
-// Reads a lower triangle that is printed in blocks of `width` columns. A block has the rows from its own
-// diagonal on, so its first rows grow by one number each. `heading` goes behind the heading of the block from
-// a column on; `row` reads the numbers of the next row. Row i is stored in column i, from its first entry on,
-// until `mirror_upper` makes the matrix whole.
+// Reads a lower triangle that is printed in blocks of `width` columns. A block begins at its own diagonal, so
+// each of its first rows has one number more than the row before. `heading` skips the heading of the block
+// from a column on; `row` reads the numbers of the next row. Row i is stored in column i, from its first
+// element on; `mirror_upper` then completes the matrix.
 void read_lower_blocks(array2<double>& a, int width, const std::function<void(int)>& heading,
                        const std::function<void(std::span<double>)>& row);
 

@@ -25,13 +25,13 @@ constexpr std::size_t constant_width = 10;  // columns of each
 constexpr int block_atoms = 5;  // in a block of couplings, with a newer layout above this release:
 constexpr double newer_block_release = 6.489999771118164;  // 6.49 in single precision
 
-// What stands from three characters behind the "d" at `d` on.
+// The row from three characters after the "d" at `d` on.
 std::string_view behind_d(std::string_view row, std::size_t d) {
   return trim(row.substr(d == std::string_view::npos ? row.size() : std::min(d + 3, row.size())));
 }
 
-// Place of the "d" of the label "dx", "dy" or "dz" in a row whose first "d" stands in the element symbol, as
-// in " 1 cd    dx  0.1".
+// Place of the "d" of the label "dx", "dy" or "dz" in a row whose first "d" is in the element symbol, as in "
+// 1 cd dx 0.1".
 std::size_t label_d(std::string_view row) {
   const std::string_view label = word_of(row, is_number(word_of(row, 1)) ? 3 : 1);
   if (label.size() < 2 || label[0] != 'd' || label[1] < 'x' || label[1] > 'z') return std::string_view::npos;
@@ -59,12 +59,12 @@ double release(const qm_file& from) {
   double release = 0.0;
   if (!to_real(number, release)) {
     fail_in(from.file.name(), "cannot read the version \"" + from.version.str() + "\" of the program",
-            "a version such as V6.5 behind \"TURBOMOLE\", which decides the layout of the couplings");
+            "a version such as V6.5 after \"TURBOMOLE\", which decides the layout of the couplings");
   }
   return release;
 }
 
-// Couplings of up to five atoms a block, a component a line. All blocks have the layout of the first.
+// Couplings in blocks of up to five atoms, a component a line. All blocks have the layout of the first.
 void read_coupling_blocks(input_file& file, bool newer, array2<double>& nacme) {
   const int natom = nacme.cols();
   const int first_columns = std::min(block_atoms, natom);
@@ -80,7 +80,7 @@ void read_coupling_blocks(input_file& file, bool newer, array2<double>& nacme) {
     for (int c = 1; c <= 3; ++c) {
       std::string_view line;
       std::array<double, block_atoms> numbers{};
-      // The numbers end at the right edge of their fields: a shorter line has been cut.
+      // The numbers end at the right edge of their fields, so a shorter line has been cut.
       if (!file.read_line(line) || trim(line).size() < label_width + count * field_width ||
           !read_fixed(line, columns, std::span(numbers).first(count))) {
         fail(file.here("cannot read a line of couplings", expected));
@@ -117,7 +117,7 @@ array2<double> turbomole_fc(input_file& file, int natom) {
   const std::string expected = "\"dx\", \"dy\" or \"dz\" and up to six force constants of ten columns";
   std::string_view line;
   if (!search_word_free(file, "CARTESIAN FORCE CONSTANT MATRIX", line)) {
-    warn(file.name() + " has no force constants; give the output of aoforce");
+    warn(file.name() + " has no force constants; use the output of aoforce");
     tell_and_stop({"Error!", "Can not find force constant matrix in turbomole log file. Stop!"});
   }
   array2<double> fc = force_constant_matrix(file, natom);
@@ -151,7 +151,7 @@ void turbomole_nacme(qm_file& from, file_couplings& read) {
     stop();
   }
   if (!search_word_first_letter(file, line))
-    fail_missing(file, "the atoms", "the head of the table of atoms");
+    fail_missing(file, "the atoms", "the heading of the table of atoms");
   // Coordinates and symbol, in older versions the shells too, then the charge.
   const int words = word_of(line, 4) == "charge" ? 4 : 5;
   const std::string atom_row =
@@ -166,7 +166,7 @@ void turbomole_nacme(qm_file& from, file_couplings& read) {
 
   if (!search_word(file, 12, "cartesian nonadiabatic coupling matrix elements", line)) {
     fail_missing(file, "the couplings",
-                 "\"cartesian nonadiabatic coupling matrix elements\" in columns 12 to 58 behind the energy");
+                 "\"cartesian nonadiabatic coupling matrix elements\" in columns 12 to 58 after the energy");
   }
   skip_rows(file, 1, "the couplings");
   read_coupling_blocks(file, release(from) > newer_block_release, read.nacme);

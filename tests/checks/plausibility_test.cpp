@@ -87,7 +87,7 @@ TEST(doubts, distant_geometries_unlike_modes_and_unequal_totals_are_told) {
   const std::string routes = told_by(warn_of_routes, pair_of(one, two));
   EXPECT_EQ(routes.find("state 1"), std::string::npos) << routes;
   EXPECT_NE(routes.find("state 2"), std::string::npos) << routes;
-  EXPECT_NE(routes.find("1000.0 cm-1 by Cartesian and 400.0 cm-1 by internal"), std::string::npos) << routes;
+  EXPECT_NE(routes.find("1000.0 cm-1 with Cartesian and 400.0 cm-1 with internal"), std::string::npos) << routes;
 }
 
 }  // namespace

@@ -88,7 +88,7 @@ TEST(nacme_readers, broken_files_end_the_run_with_a_message_that_names_file_and_
       {gaussian_log, 3, "5.4422 eV", "0.0000 eV", "the vertical energy of the coupling file is zero"},
       {gaussian_log, 3, " 3          1  ", " 3          0  ", "the nuclear charge of atom 3 is zero"},
       {gaussian_log, 3, "-0.004000", "-0.0o4000", "2 Atom"},
-      {gaussian_log, 3, "-0.004000", "-1.0E+308", "beyond the range"},
+      {gaussian_log, 3, "-0.004000", "-1.0E+308", "not finite"},
       {nwchem_out, 3, "Root   1", "Root   2", "\"Root   1\""},
       {nwchem_out, 3, "0.200000000 a.u.                5.4423", "a.u.", "in columns 25 to 55"},
       {nwchem_out, 3, " h ", " Qq", "no element has this symbol"},
