@@ -1,4 +1,4 @@
-// Times the eigensolver beside the plain loops and LAPACK (dsyev, dsyevd), one thread each.
+// Times the eigensolver, the plain loops and LAPACK (dsyev, dsyevd), one thread each.
 #include <benchmark/benchmark.h>
 
 #include <vector>

@@ -50,8 +50,7 @@ int main(int argc, char** argv) {
     input.line("&vbn");
     input.line(" ffreq(1) = 'state1.dat'");
     input.line(" ffreq(2) = 'state2.dat'");
-    input.line(
-        " gcut = 1.0e-13");  // the bending of a long chain as a whole is softer than the default allows
+    input.line(" gcut = 1.0e-13");  // the bending of a long chain is softer than the default allows
     if (argc > 2) input.line(std::string(" ") + argv[2]);
     input.line("/");
     input.close();

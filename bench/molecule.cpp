@@ -13,7 +13,7 @@ namespace {
 
 constexpr double step_x = 1.277, step_y = 0.431;                   // zigzag of the carbon chain, angstrom
 constexpr double hydrogen_y = 0.63, hydrogen_z = 0.89;             // from its carbon
-constexpr double end_x = 1.03, end_y = 0.36;                       // the third hydrogen of a chain's end
+constexpr double end_x = 1.03, end_y = 0.36;                       // the third hydrogen of the end of a chain
 constexpr double crumple = 0.05;                                   // random displacement of both states
 constexpr double change = 0.02;                                    // and of state 2 against state 1
 constexpr double softer = 0.95;                                    // springs of state 2 against state 1

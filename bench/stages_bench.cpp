@@ -1,4 +1,4 @@
-// Times the force-constant reader, the pairing of modes and the symmetry tables beside their obvious rivals.
+// Times the force-constant reader, the pairing of modes and the symmetry tables, with simple alternatives.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

@@ -20,7 +20,7 @@ constexpr int row_length = 900;            // elements of a matrix row at 300 at
 constexpr int number_count = 500'000;      // reals of a force-constant matrix in a file
 constexpr int log_line_count = 1'000'000;  // lines of a large log
 
-// Nanoseconds for each of `count` things that one pass does.
+// Nanoseconds for each of the `count` items of one pass.
 void count_each(benchmark::State& run, int count) {
   run.counters["each"] = benchmark::Counter(static_cast<double>(run.iterations()) * count,
                                             benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
@@ -55,7 +55,7 @@ std::string log_lines() {
   return out;
 }
 
-// A file that is gone when its owner goes.
+// A file that its owner deletes.
 struct scratch_file {
   std::string name =
       (std::filesystem::temp_directory_path() / ("vbn_bench_" + std::to_string(::getpid()))).string();

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Runs one reader; the ways in which it may end a run are all welcome.
+// Runs one reader, which may end the run in any of the defined ways.
 template <class Reader>
 void attempt(Reader reader) {
   try {

@@ -1,4 +1,4 @@
-// A folder in memory that a fuzz target may write into.
+// A folder in memory for the files of a fuzz target.
 #include "fuzz/scratch_file.hpp"  // for write_scratch
 
 #include <sanitizer/common_interface_defs.h>

@@ -1,4 +1,4 @@
-// A folder in memory that a fuzz target may write into, and the silence it works in.
+// A folder in memory for the files of a fuzz target, and its streams switched off.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace vbn::fuzzing {
 
-// Makes a folder of the process's own below /dev/shm the working directory, once, and sends standard output
-// and, save for the sanitizers' reports, the error stream nowhere.
+// Makes a new folder below /dev/shm the working directory, once, and discards standard output and, except for
+// the reports of the sanitizers, the error stream.
 void enter_scratch_folder();
 
 // Writes a file into the working directory.

@@ -1,4 +1,4 @@
-// Fuzz target: the whole program on a small pair of files, of which one is the fuzzer's.
+// Fuzz target: the whole program on a small pair of files, one of them from the fuzzer.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -9,7 +9,7 @@
 #include "text/stop.hpp"          // for run_end
 
 // The input holds up to three parts between lines "==": the file of state 1, that of state 2 (the same when
-// missing), and what stands in the group besides the file names.
+// missing), and the keys of the group besides the file names.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::string_view between = "\n==\n";
   std::string_view rest(reinterpret_cast<const char*>(data), size);

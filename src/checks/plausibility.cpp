@@ -19,7 +19,7 @@ namespace {
 
 constexpr double frame_limit = 0.005;  // largest relative change of the forces by a rotation of the molecule
 constexpr double linear_limit = 1.0e-3;    // distance from the axis of a linear molecule, bohr
-constexpr double near_zero = 10.0;         // cm-1; a frequency below it is no vibration or very soft
+constexpr double near_zero = 10.0;         // cm-1; a mode below it is not a vibration, or a very soft one
 constexpr double far_apart = 0.3;          // root mean square distance of the geometries, angstrom
 constexpr double little_alike = 0.35;      // mean square of the largest overlap of each mode
 constexpr double routes_ratio = 1.5;       // totals of the two routes

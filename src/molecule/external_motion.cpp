@@ -13,7 +13,7 @@ namespace vbn {
 
 namespace {
 
-constexpr double smallest_square = 1.0e-8;  // a vector whose square is not above it is not normalised
+constexpr double smallest_square = 1.0e-8;  // a vector with at most this square is not normalised
 constexpr int first_rotation = 4;
 
 double square(std::span<const double> v) {

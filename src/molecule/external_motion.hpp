@@ -14,10 +14,9 @@ array2<double> get_trans_rot_vec(const array1<double>& mass, const array2<double
 // The same, each column normalised unless its square is at most 1e-8.
 array2<double> formtrm1(const array1<double>& mass, const array2<double>& xc);
 
-// How much a rotation of the molecule changes the force on it, in parts of the largest force that a step of
-// unit length along one coordinate gives: the largest over the three axes. `h` (n3,n3) are the force
-// constants weighted with `mass`. In the frame of the geometry, and where that is stationary, it is the noise
-// of the calculation.
+// The largest change of the force by a rotation of the molecule about x, y or z, relative to the largest
+// force of a step of unit length along one coordinate. `h` (n3,n3) are the force constants weighted with
+// `mass`. If `h` is in the frame of a stationary geometry, this is the noise of the calculation.
 double rotational_residual(const array2<double>& h, const array1<double>& mass, array2<double> x);
 
 }  // namespace vbn
