@@ -53,24 +53,6 @@ mode_table cartesian_table(const std::string& folder, const std::string& input) 
   return parse_mode_data(run.read("vbn.cart.dat"));
 }
 
-// Tables of one physics: frequencies to `freq` cm-1, Huang-Rhys factors and the total relative to their size.
-void expect_same_physics(const mode_table& a, const mode_table& b, double freq, double relative) {
-  ASSERT_EQ(a.rows.size(), b.rows.size());
-  for (std::size_t i = 0; i < a.rows.size(); ++i) {
-    SCOPED_TRACE("mode " + std::to_string(i + 1));
-    EXPECT_NEAR(a.rows[i].freq1, b.rows[i].freq1, freq);
-    EXPECT_NEAR(a.rows[i].freq2, b.rows[i].freq2, freq);
-    EXPECT_NEAR(a.rows[i].hr1, b.rows[i].hr1, relative * (0.01 + std::abs(a.rows[i].hr1)));
-    EXPECT_NEAR(a.rows[i].hr2, b.rows[i].hr2, relative * (0.01 + std::abs(a.rows[i].hr2)));
-    // Translations and rotations have one frequency, so their six modes mix at will.
-    if (i >= 6) {
-      EXPECT_NEAR(std::abs(a.rows[i].s), std::abs(b.rows[i].s), 10 * relative);
-    }
-  }
-  EXPECT_NEAR(a.total1, b.total1, relative * (1.0 + a.total1));
-  EXPECT_NEAR(a.total2, b.total2, relative * (1.0 + a.total2));
-}
-
 // The frequencies, rising, of the lines that begin with `label` in the last table of them.
 std::vector<double> printed_frequencies(const std::filesystem::path& file, const std::string& label) {
   std::ifstream stream(file);

@@ -1,9 +1,11 @@
 // Runs the binary in a folder of its own and takes apart what it wrote.
 #include "tests/end_to_end/whole_run.hpp"  // for whole_run
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -18,11 +20,15 @@ whole_run::whole_run(const fs::path& from) {
   std::string name = (fs::temp_directory_path() / "vbn_run_XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the run: " + name);
   folder_ = name;
-  if (from.empty()) return;
+  if (!from.empty()) add(from);
+}
+
+void whole_run::add(const fs::path& from) const {
   for (const auto& entry : fs::directory_iterator(from)) {
     if (!entry.is_regular_file()) continue;
-    fs::copy_file(entry.path(), folder_ / entry.path().filename());
-    fs::permissions(folder_ / entry.path().filename(), fs::perms::owner_write, fs::perm_options::add);
+    const fs::path copy = path(entry.path().filename());
+    fs::copy_file(entry.path(), copy);
+    fs::permissions(copy, fs::perms::owner_write, fs::perm_options::add);
   }
 }
 
@@ -54,12 +60,18 @@ void whole_run::write(const std::string& file, const std::string& content) const
   std::ofstream(folder_ / file, std::ios::binary) << content;
 }
 
-std::map<std::string, std::string> whole_run::results() const {
+std::map<std::string, std::string> whole_run::files() const {
   std::map<std::string, std::string> found;
-  for (const auto& entry : fs::directory_iterator(folder_)) {
-    const std::string name = entry.path().filename().string();
-    if (name.starts_with("vbn.") || name == "proj_reorg.dat") found[name] = read(name);
-  }
+  for (const auto& entry : fs::directory_iterator(folder_))
+    if (entry.is_regular_file()) found[entry.path().filename()] = read(entry.path().filename());
+  return found;
+}
+
+std::map<std::string, std::string> whole_run::results() const {
+  std::map<std::string, std::string> found = files();
+  std::erase_if(found, [](const auto& file) {
+    return !file.first.starts_with("vbn.") && file.first != "proj_reorg.dat";
+  });
   return found;
 }
 
@@ -95,6 +107,23 @@ mode_table parse_mode_data(const std::string& content) {
     }
   }
   return table;
+}
+
+void expect_same_physics(const mode_table& a, const mode_table& b, double freq, double relative) {
+  ASSERT_EQ(a.rows.size(), b.rows.size());
+  for (std::size_t i = 0; i < a.rows.size(); ++i) {
+    SCOPED_TRACE("mode " + std::to_string(i + 1));
+    EXPECT_NEAR(a.rows[i].freq1, b.rows[i].freq1, freq);
+    EXPECT_NEAR(a.rows[i].freq2, b.rows[i].freq2, freq);
+    EXPECT_NEAR(a.rows[i].hr1, b.rows[i].hr1, relative * (0.01 + std::abs(a.rows[i].hr1)));
+    EXPECT_NEAR(a.rows[i].hr2, b.rows[i].hr2, relative * (0.01 + std::abs(a.rows[i].hr2)));
+    // Translations and rotations have one frequency, so their six modes mix at will.
+    if (i >= 6) {
+      EXPECT_NEAR(std::abs(a.rows[i].s), std::abs(b.rows[i].s), 10 * relative);
+    }
+  }
+  EXPECT_NEAR(a.total1, b.total1, relative * (1.0 + a.total1));
+  EXPECT_NEAR(a.total2, b.total2, relative * (1.0 + a.total2));
 }
 
 fs::path real_data() {

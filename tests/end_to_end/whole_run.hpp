@@ -24,7 +24,10 @@ class whole_run {
   bool has(const std::string& file) const { return std::filesystem::exists(path(file)); }
   std::string read(const std::string& file) const;
   void write(const std::string& file, const std::string& content) const;
-  // The names of all files "vbn.*" and "proj_reorg.dat", and what they hold.
+  // Copies the files of another folder into this one.
+  void add(const std::filesystem::path& from) const;
+  // The names of all files, and what they hold; the results are those named "vbn.*" and "proj_reorg.dat".
+  std::map<std::string, std::string> files() const;
   std::map<std::string, std::string> results() const;
 
   int status = -1;
@@ -51,6 +54,9 @@ struct mode_table {
 };
 
 mode_table parse_mode_data(const std::string& content);
+
+// Tables of one physics: frequencies to `freq` cm-1, Huang-Rhys factors and the total relative to their size.
+void expect_same_physics(const mode_table& a, const mode_table& b, double freq, double relative);
 
 // The lines of a text.
 std::vector<std::string> lines_of(const std::string& content);

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/frame/molecule.hpp"  // for random_rotation
+#include <cmath>
+#include <random>
+
+#include "tests/molecules.hpp"  // for random_rotation
 
 namespace vbn {
 namespace {

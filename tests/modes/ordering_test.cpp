@@ -1,4 +1,4 @@
-// Tests of the pairing of modes on all its paths.
+// Tests of the pairing of modes.
 #include "modes/ordering.hpp"  // for vbn_ord, large_elements
 
 #include <gtest/gtest.h>
@@ -12,61 +12,33 @@
 namespace vbn {
 namespace {
 
+struct pair {
+  int j, k;
+};
+
 // The assignment as it is described: all elements sorted, each compared with all pairs accepted before.
-void plain_large_elements(array1<int>& idx_j, array1<int>& idx_k, const array2<double>& matrix,
-                          int sort_mode) {
-  const int nj = idx_j.size();
-  const int nk = idx_k.size();
-  const int n = nj * nk;
-  array1<int> j1(n), k1(n), j2(n), k2(n), ord;
-  array1<double> array(n);
-  int i = 0;
-  for (int j = 1; j <= nj; ++j) {
-    for (int k = 1; k <= nk; ++k) {
-      ++i;
-      j1(i) = idx_j(j);
-      k1(i) = idx_k(k);
-      array(i) = std::abs(matrix(j, k));
+std::vector<pair> plain_large_elements(const array1<int>& idx_j, const array1<int>& idx_k,
+                                       const array2<double>& matrix, int sort_mode) {
+  std::vector<pair> all, taken;
+  std::vector<double> size;
+  for (int j = 1; j <= idx_j.size(); ++j)
+    for (int k = 1; k <= idx_k.size(); ++k) {
+      all.push_back({idx_j(j), idx_k(k)});
+      size.push_back(std::abs(matrix(j, k)));
     }
+  array1<int> order;
+  indexx(size, order);
+  for (int i = order.size(); i >= 1; --i) {
+    const pair& next = all[static_cast<std::size_t>(order(i) - 1)];
+    if (std::ranges::none_of(taken, [&](const pair& p) { return p.j == next.j || p.k == next.k; }))
+      taken.push_back(next);
   }
-  indexx(array.span(), ord);
-  for (i = 1; i <= n; ++i) {
-    j2(i) = j1(ord(n + 1 - i));
-    k2(i) = k1(ord(n + 1 - i));
-  }
-  int n1 = 1;
-  idx_j(1) = j2(1);
-  idx_k(1) = k2(1);
-  for (i = 2; i <= n; ++i) {
-    bool lock = false;
-    for (int p = 1; p <= n1; ++p) lock = lock || j2(i) == idx_j(p) || k2(i) == idx_k(p);
-    if (lock) continue;
-    ++n1;
-    idx_j(n1) = j2(i);
-    idx_k(n1) = k2(i);
-  }
-  if (sort_mode == 3) return;
-  array1<double> key(n1);
-  for (int p = 1; p <= n1; ++p) key(p) = sort_mode == 1 ? idx_j(p) : idx_k(p);
-  array1<int> rank;
-  indexx(key.span(), rank);
-  const array1<int> from_j = idx_j;
-  const array1<int> from_k = idx_k;
-  for (int p = 1; p <= n1; ++p) {
-    idx_j(p) = from_j(rank(p));
-    idx_k(p) = from_k(rank(p));
-  }
+  if (sort_mode == 1) std::ranges::sort(taken, {}, &pair::j);
+  if (sort_mode == 2) std::ranges::sort(taken, {}, &pair::k);
+  return taken;
 }
 
-// Elements in steps of 0.1, so that many are equal.
-array2<double> matrix_with_ties(int nj, int nk, unsigned seed) {
-  std::mt19937 draw(seed);
-  std::uniform_int_distribution<int> tenths(-6, 6);
-  array2<double> m(nj, nk);
-  for (double& element : m.span()) element = 0.1 * tenths(draw);
-  return m;
-}
-
+// The numbers 7, 9, 11... in disorder.
 array1<int> shuffled(int n, unsigned seed) {
   array1<int> idx(n);
   for (int i = 1; i <= n; ++i) idx(i) = 2 * i + 5;
@@ -76,76 +48,94 @@ array1<int> shuffled(int n, unsigned seed) {
 
 TEST(ordering, looking_up_what_is_taken_gives_the_pairs_of_the_full_scan_ties_included) {
   for (unsigned seed = 1; seed <= 40; ++seed) {
-    const int nj = 1 + static_cast<int>(seed % 9);
-    const int nk = 1 + static_cast<int>(seed % 7);
-    const array2<double> m = seed % 10 == 0 ? array2<double>(nj, nk) : matrix_with_ties(nj, nk, seed);
+    const int nj = 1 + static_cast<int>(seed % 9), nk = 1 + static_cast<int>(seed % 7);
+    std::mt19937 draw(seed);
+    std::uniform_int_distribution<int> tenths(-6, 6);  // many are equal
+    array2<double> m(nj, nk);
+    for (double& element : m.span()) element = seed % 10 == 0 ? 0.0 : 0.1 * tenths(draw);
     for (const int sort_mode : {1, 2, 3}) {
-      array1<int> fast_j = shuffled(nj, seed), plain_j = fast_j;
-      array1<int> fast_k = shuffled(nk, seed + 1), plain_k = fast_k;
-      large_elements(fast_j, fast_k, m, sort_mode);
-      plain_large_elements(plain_j, plain_k, m, sort_mode);
-      for (int p = 1; p <= std::min(nj, nk); ++p) {
-        EXPECT_EQ(fast_j(p), plain_j(p)) << seed << ' ' << sort_mode;
-        EXPECT_EQ(fast_k(p), plain_k(p)) << seed << ' ' << sort_mode;
+      const array1<int> from_j = shuffled(nj, seed), from_k = shuffled(nk, seed + 1);
+      array1<int> j = from_j, k = from_k;
+      large_elements(j, k, m, sort_mode);
+      int p = 0;
+      for (const pair& expected : plain_large_elements(from_j, from_k, m, sort_mode)) {
+        ++p;
+        EXPECT_TRUE(j(p) == expected.j && k(p) == expected.k) << seed << ' ' << sort_mode;
       }
+      EXPECT_EQ(p, std::min(nj, nk));
       // What is left of the longer side follows, so that no mode is lost or repeated.
-      array1<int> all = shuffled(nj, seed);
-      EXPECT_TRUE(std::is_permutation(fast_j.begin(), fast_j.end(), all.begin()));
-      all = shuffled(nk, seed + 1);
-      EXPECT_TRUE(std::is_permutation(fast_k.begin(), fast_k.end(), all.begin()));
+      EXPECT_TRUE(std::is_permutation(j.begin(), j.end(), from_j.begin()));
+      EXPECT_TRUE(std::is_permutation(k.begin(), k.end(), from_k.begin()));
     }
   }
 }
 
-// A call of vbn_ord with what it needs.
-struct pairing {
-  input_keys keys;
+// The pairs of `n3` modes with overlaps s(n3,n3), the partners in state 2 of the modes in their order.
+mode_pairs pairs_of(const array2<double>& s, const input_keys& keys,
+                    const std::vector<const char*>& irrep1 = {},
+                    const std::vector<const char*>& irrep2 = {}) {
+  const int n3 = s.rows();
   normal_modes g, e;
+  g.s = s;
+  g.freq = e.freq = array1<double>(n3);
+  g.irrep = e.irrep = array1<text<6>>(n3, "A");
+  for (int i = 1; i <= n3; ++i) {
+    g.freq(i) = e.freq(i) = 0.001 * i;
+    if (irrep1.empty()) continue;
+    g.irrep(i) = irrep1[static_cast<std::size_t>(i - 1)];
+    e.irrep(i) = irrep2[static_cast<std::size_t>(i - 1)];
+  }
   symmetry_data symmetry;
-  mode_pairs pairs;
-  array2<double>& s1 = g.s;
+  symmetry.nrep = 3;
+  symmetry.ir_name(1) = "A2";
+  symmetry.ir_name(2) = "B2";
+  symmetry.ir_name(3) = "A1";
+  return vbn_ord(g, e, symmetry, keys);
+}
 
-  explicit pairing(int n3) {
-    g.s = array2<double>(n3, n3);
-    g.freq = e.freq = array1<double>(n3);
-    g.irrep = e.irrep = array1<text<6>>(n3, "A");
-    for (int i = 1; i <= n3; ++i) g.freq(i) = e.freq(i) = 0.001 * i;
-    for (int i = 1; i <= n3; ++i) s1(i, i) = 1.0;
-    keys.sort_mode = 1;
-  }
-  pairing(const pairing& p) : keys(p.keys), g(p.g), e(p.e), symmetry(p.symmetry) {}
-  void run() { pairs = vbn_ord(g, e, symmetry, keys); }
-  std::vector<int> first() const { return {pairs.order_g.begin(), pairs.order_g.end()}; }
-  std::vector<int> second() const { return {pairs.order_e.begin(), pairs.order_e.end()}; }
-  // Mode j of state 1 overlaps with mode k of state 2 by `value`, besides the unit matrix.
-  void exchange(int j, int k, double value) {
-    s1(j, k) = s1(k, j) = value;
-    s1(j, j) = s1(k, k) = std::sqrt(1.0 - value * value);
-  }
-};
+std::vector<int> listed(const array1<int>& order) { return {order.begin(), order.end()}; }
+
+array2<double> unit(int n) {
+  array2<double> s(n, n);
+  for (int i = 1; i <= n; ++i) s(i, i) = 1.0;
+  return s;
+}
 
 const std::vector<int> one_to_nine = {1, 2, 3, 4, 5, 6, 7, 8, 9};
 
 TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_number) {
-  pairing p(9);
-  for (int i = 1; i <= 6; ++i) p.s1(i, i) = 0.0;
-  p.s1(1, 3) = 0.5;
-  p.s1(1, 4) = -0.5;  // equal: the lower one wins
-  p.s1(2, 3) = 0.9;   // taken by row 1, though this is larger
-  p.s1(2, 1) = 0.1;
-  p.s1(3, 3) = 0.7;  // all that is not zero is taken
-  p.s1(4, 9) = 1.0;  // never looked at
-  p.run();
-  EXPECT_EQ(p.second(), (std::vector<int>{3, 1, 3, 4, 5, 6, 7, 8, 9}));
-  EXPECT_EQ(p.first(), one_to_nine);
+  input_keys keys;
+  keys.sort_mode = 1;
+  array2<double> s = unit(9);
+  for (int i = 1; i <= 6; ++i) s(i, i) = 0.0;
+  s(1, 3) = 0.5;
+  s(1, 4) = -0.5;  // equal: the lower one wins
+  s(2, 3) = 0.9;   // taken by row 1, though this is larger
+  s(2, 1) = 0.1;
+  s(3, 3) = 0.7;  // all that is not zero is taken
+  s(4, 9) = 1.0;  // never looked at
+  EXPECT_EQ(listed(pairs_of(s, keys).order_e), (std::vector<int>{3, 1, 3, 4, 5, 6, 7, 8, 9}));
+  s = unit(9);
+  s(2, 8) = s(8, 2) = 0.95;
+  s(2, 2) = s(8, 8) = 0.31;
+  EXPECT_EQ(listed(pairs_of(s, keys).order_e), one_to_nine);
+  keys.n3all = true;  // a vibration may pair with a rotation
+  EXPECT_EQ(listed(pairs_of(s, keys).order_e), (std::vector<int>{1, 8, 3, 4, 5, 6, 7, 2, 9}));
+  keys.sort_mode = 0;
+  EXPECT_EQ(listed(pairs_of(s, keys).order_e), one_to_nine);
+}
 
-  pairing q(9);
-  q.exchange(2, 8, 0.95);
-  q.run();
-  EXPECT_EQ(q.second(), one_to_nine);
-  q.keys.n3all = true;  // a vibration may pair with a rotation
-  q.run();
-  EXPECT_EQ(q.second(), (std::vector<int>{1, 8, 3, 4, 5, 6, 7, 2, 9}));
+// Modes 7 and 8 are of a representation without a name in state 1 and of A2 in state 2.
+TEST(ordering, a_representation_of_one_state_only_is_skipped_and_surplus_modes_are_counted) {
+  input_keys keys;
+  keys.sort_mode = 1;
+  keys.if_symm = true;
+  const mode_pairs pairs =
+      pairs_of(unit(12), keys, {"A1", "A1", "A1", "A1", "A1", "A1", "B1", "B1", "A1", "A1", "B2", "B2"},
+               {"A1", "A1", "A1", "A1", "A1", "A1", "A2", "A2", "A1", "A1", "B2", "B2"});
+  EXPECT_EQ(pairs.unpaired, 2);
+  EXPECT_EQ(listed(pairs.order_g), (std::vector<int>{1, 2, 3, 4, 5, 6, 11, 12, 9, 10, 11, 12}));
+  EXPECT_EQ(pairs.order_e, pairs.order_g);
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "readers/qm_file.hpp"             // for name_of, qm_file_natom
-#include "tests/readers/sample_files.hpp"  // for opened
+#include "readers/qm_file.hpp"        // for name_of, qm_file_natom
+#include "tests/readers/samples.hpp"  // for opened
 
 namespace vbn {
 namespace {

@@ -4,36 +4,59 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <span>
 #include <string>
 #include <utility>
 
-#include "molecule/elements.hpp"           // for nat_to_mass
-#include "tests/readers/sample_files.hpp"  // for the sample files
+#include "molecule/elements.hpp"      // for nat_to_mass
+#include "tests/ending.hpp"           // for ending_of
+#include "tests/readers/samples.hpp"  // for sample, opened, changed
 
 namespace vbn {
 namespace {
 
-struct sample_kind {
-  const char* type;
-  std::function<std::string(const molecule&)> output;
-  double mass_digits, x_digits, fc_digits;  // what the digits of the file leave uncertain; fc relatively
+// Coordinates in bohr, and force constants of no real surface, with four decimals each.
+struct molecule {
+  array1<int> nat;
+  array1<double> mass;
+  array2<double> x, fc;
 };
 
-const sample_kind frequency_files[] = {
-    {"CHEMSHELL", chemshell_output, 5e-8, 1e-15, 0.0}, {"MOLPRO", molpro_output, 5e-7, 1e-15, 0.0},
-    {"newer MOLPRO", molpro_newer, 5e-7, 1e-15, 0.0},  {"NUMFORCE", numforce_output, 5e-9, 1e-15, 0.0},
-    {"NWCHEM", nwchem_output, 0.0, 1e-8, 5e-6},        {"TURBOMOLE", turbomole_output, 5e-6, 1e-15, 0.0},
-    {"GAUSSIAN LOG", gaussian_log, 5e-8, 1e-6, 0.0}};
-
-// The file that holds the force constants.
-std::string fc_output(const sample_kind& kind, const molecule& m) {
-  return kind.type == std::string("GAUSSIAN LOG") ? gaussian_fchk(m) : kind.output(m);
+// What the samples of this number of atoms hold. The symbols Cd and Dy look like the labels of Turbomole. The
+// 3, 12, 18 and 36 columns of force constants end in the blocks of 5, 6, 9 and 10 columns everywhere.
+molecule sample_molecule(int natom) {
+  constexpr int chain[] = {6, 8, 1, 1, 7, 48, 66};
+  molecule m{array1<int>(natom), array1<double>(natom), array2<double>(3, natom),
+             array2<double>(3 * natom, 3 * natom)};
+  for (int i = 1; i <= natom; ++i) {
+    m.nat(i) = chain[(i - 1) % 7];
+    m.mass(i) = nat_to_mass(m.nat(i));
+    m.x(1, i) = 1.25 * i - 2.5;
+    m.x(2, i) = i % 2 == 0 ? 0.75 : -0.5;
+    m.x(3, i) = 0.125 * (i * i % 11);
+  }
+  for (int i = 1; i <= m.fc.rows(); ++i)
+    for (int j = 1; j <= i; ++j)
+      m.fc(i, j) = m.fc(j, i) = ((i == j ? 5000 : -2500) + (37 * i + 11 * j) % 1000) / 1e4;
+  return m;
 }
 
+struct sample_kind {
+  std::string name, end, end_fc;            // of its file, and of the one that holds the force constants
+  double mass_digits, x_digits, fc_digits;  // what the digits of the file leave uncertain; fc relatively
+
+  std::string output(int natom) const { return sample(name + "_" + std::to_string(natom) + end); }
+  std::string fc_output(int natom) const { return sample(name + "_" + std::to_string(natom) + end_fc); }
+};
+
+const sample_kind kinds[] = {
+    {"chemshell", ".out", ".out", 5e-8, 1e-15, 0.0},    {"molpro", ".out", ".out", 5e-7, 1e-15, 0.0},
+    {"molpro_newer", ".out", ".out", 5e-7, 1e-15, 0.0}, {"numforce", ".dat", ".dat", 5e-9, 1e-15, 0.0},
+    {"nwchem", ".out", ".out", 0.0, 1e-8, 5e-6},        {"turbomole", ".out", ".out", 5e-6, 1e-15, 0.0},
+    {"gaussian", ".log", ".fchk", 5e-8, 1e-6, 0.0}};
+
 // Everything that a run reads.
-molecule read_all(std::string_view output, std::string_view fc_file) {
+molecule read_all(const std::string& output, const std::string& fc_file) {
   molecule m;
   qm_file file = opened(output);
   const int natom = qm_file_natom(file).value_or(0);
@@ -58,39 +81,30 @@ void expect_same(const molecule& c, const molecule& m, const sample_kind& kind) 
 }
 
 TEST(qm_file, one_molecule_is_the_same_in_the_files_of_all_programs) {
-  // 12, 15, 18, 33 and 36 force constant columns end in the blocks of 5, 6, 9 and 10 columns everywhere.
-  for (const int natom : {1, 2, 3, 4, 5, 6, 11, 12}) {
-    molecule m = sample_molecule(natom);
-    for (const int element : {0, 48, 66}) {  // symbols Cd and Dy, which look like the labels of Turbomole
-      if (element != 0) m.nat(1) = element;
-      m.mass(1) = nat_to_mass(m.nat(1));
-      for (const sample_kind& kind : frequency_files) {
-        SCOPED_TRACE(kind.type + std::to_string(natom));
-        expect_same(read_all(kind.output(m), fc_output(kind, m)), m, kind);
-      }
+  for (const int natom : {1, 4, 6, 12})
+    for (const sample_kind& kind : kinds) {
+      SCOPED_TRACE(kind.name + std::to_string(natom));
+      expect_same(read_all(kind.output(natom), kind.fc_output(natom)), sample_molecule(natom), kind);
     }
-  }
 }
 
 TEST(qm_file, a_file_cut_after_any_line_ends_the_run_or_still_holds_everything) {
-  const molecule m = sample_molecule(6);
-  for (const sample_kind& kind : frequency_files) {
-    const std::string log = kind.output(m);
-    const std::string fc = fc_output(kind, m);
+  for (const sample_kind& kind : kinds) {
+    const std::string log = kind.output(6), fc = kind.fc_output(6);
     int ended = 0;
     for (std::size_t cut = 0; cut < fc.size(); cut = fc.find('\n', cut) + 1) {
-      SCOPED_TRACE(kind.type + std::to_string(cut));
+      SCOPED_TRACE(kind.name + std::to_string(cut));
       const std::string part = fc.substr(0, cut);
       molecule c;
       const ending e = ending_of([&] { c = read_all(log == fc ? part : log, part); });
       if (e.status == -1) {
-        expect_same(c, m, kind);
+        expect_same(c, sample_molecule(6), kind);
       } else {
         ++ended;
-        EXPECT_FALSE(e.error.empty() && e.told.empty());
+        EXPECT_FALSE(e.error.empty() && e.printed.empty());
       }
     }
-    EXPECT_GT(ended, 20) << kind.type;
+    EXPECT_GT(ended, 20) << kind.name;
   }
 }
 
@@ -102,28 +116,20 @@ std::string all_changed(std::string output, const std::string& from, const std::
 }
 
 TEST(qm_file, line_ends_of_other_systems_tabs_and_long_lines_lose_no_value) {
-  const molecule m = sample_molecule(20);  // their masses make a line of 250 columns in a Molpro file
-  for (const sample_kind& kind : frequency_files) {
-    SCOPED_TRACE(kind.type);
-    const std::string log = kind.output(m);
-    const std::string fc = fc_output(kind, m);
+  for (const sample_kind& kind : kinds) {
+    SCOPED_TRACE(kind.name);
     const std::pair<std::string, std::string> changes[] = {
         {"\n", "\r\n"}, {"\n", std::string(600, ' ') + "\n"}, {"\n        ", "\n\t"}};
-    for (const auto& [from, to] : changes) {
-      expect_same(read_all(all_changed(log, from, to), all_changed(fc, from, to)), m, kind);
-    }
+    for (const auto& [from, to] : changes)
+      expect_same(read_all(all_changed(kind.output(12), from, to), all_changed(kind.fc_output(12), from, to)),
+                  sample_molecule(12), kind);
   }
 }
 
-TEST(qm_file, damage_is_told_with_its_line_or_in_the_words_of_the_program_that_stops) {
-  const molecule m = sample_molecule(12);
-  const std::string molpro = molpro_output(m);
-  const std::string newer = molpro_newer(m);
-  const std::string turbomole = turbomole_output(m);
-  const std::string chemshell = chemshell_output(m);
-  const std::string numforce = numforce_output(m);
-  const std::string nwchem = nwchem_output(m);
-  const std::string fchk = gaussian_fchk(m);
+TEST(qm_file, damage_is_reported_with_its_line_or_in_the_words_of_the_program_that_stops) {
+  const std::string chemshell = kinds[0].output(12), molpro = kinds[1].output(12),
+                    newer = kinds[2].output(12), numforce = kinds[3].output(12), nwchem = kinds[4].output(12),
+                    turbomole = kinds[5].output(12), fchk = kinds[6].fc_output(12);
   const struct {
     std::string output;
     const char* from;
@@ -133,8 +139,8 @@ TEST(qm_file, damage_is_told_with_its_line_or_in_the_words_of_the_program_that_s
   } damages[] = {
       {molpro, "   2   O ", "   2   Q1", 1, "in sample.out, line 8"},
       {molpro, "   12.000000", " *********", 1, "****"},
-      {newer, "\n   7   O2", "\n   8   O2", 1, "this is not row 7"},
-      {newer, "\n\n Frequencies", "\n  13   H13    1.00  0  0  0\n\n Frequencies", 1, "has too many rows"},
+      {newer, "\n   7   Dy2", "\n   8   Dy2", 1, "this is no row 7"},
+      {newer, "\n\n Frequencies", "\n  13   H13    1.00  0  0  0\n\n Frequencies", 1, "has more rows"},
       {newer, "  11- 12", "  12- 12", 1, "masses from atom 11 on"},
       {newer, " 15.994915", "  1.007825", 1, "atom 2 is O in the table of atoms, but its mass is 1.007825"},
       {nwchem, "    2 O ", "    2 Q ", 1, "2 Q"},
@@ -159,10 +165,10 @@ TEST(qm_file, damage_is_told_with_its_line_or_in_the_words_of_the_program_that_s
        "Error!\nCan not find coordinate in ChemShell output file, stop!\n"}};
   for (const auto& d : damages) {
     const std::string output = changed(d.output, d.from, d.to);
-    const ending e = ending_of([&] { read_all(d.output == fchk ? gaussian_log(m) : output, output); });
+    const ending e = ending_of([&] { read_all(d.output == fchk ? kinds[6].output(12) : output, output); });
     EXPECT_EQ(e.status, d.status) << d.from;
-    const bool as_told = d.status == 0 ? e.told == d.words : e.error.find(d.words) != std::string::npos;
-    EXPECT_TRUE(as_told) << d.words << e.told << e.error;
+    const bool as_told = d.status == 0 ? e.printed == d.words : e.error.find(d.words) != std::string::npos;
+    EXPECT_TRUE(as_told) << d.words << e.printed << e.error;
   }
 }
 
