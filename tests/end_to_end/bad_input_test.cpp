@@ -12,22 +12,48 @@ namespace fs = std::filesystem;
 
 const fs::path examples = VBN_EXAMPLES;
 
-// The run ended in an orderly way with a message on the error stream that holds all of `words`.
-void expect_orderly_stop(const whole_run& run, const std::vector<std::string>& words) {
+// The run ended in an orderly way with a message on the error stream that names the file.
+void expect_orderly_stop(const whole_run& run, const std::string& file) {
   EXPECT_NE(run.status, 0);
   EXPECT_LT(run.status, 128) << "a crash";
-  for (const std::string& word : words) EXPECT_NE(run.err.find(word), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find(file), std::string::npos) << run.err;
 }
 
-TEST(bad_input, a_folder_that_cannot_be_written_and_a_full_disk_are_told) {
+TEST(bad_input, files_that_cannot_be_read_or_written_are_named) {
   whole_run run(examples / "glyoxal");
-  fs::create_symlink("/dev/full", run.path("vbn.cart.dat"));
-  run.run("glyoxal.inp");
-  expect_orderly_stop(run, {"vbn.cart.dat"});
-  fs::remove(run.path("vbn.out"));
+  run.run("");
+  expect_orderly_stop(run, "vbn");
+  run.run("missing.inp");
+  expect_orderly_stop(run, "missing.inp");
+  for (const char* full : {"vbn.cart.dat", "vbn.out"}) {
+    fs::remove(run.path(full));
+    fs::create_symlink("/dev/full", run.path(full));
+    run.run("glyoxal.inp");
+    expect_orderly_stop(run, full);
+    fs::remove(run.path(full));
+  }
   fs::create_directory(run.path("vbn.out"));
   run.run("glyoxal.inp");
-  expect_orderly_stop(run, {"vbn.out"});
+  expect_orderly_stop(run, "vbn.out");
+}
+
+// The formatted checkpoint of a log is looked for in the working directory, wherever the log is.
+TEST(bad_input, a_checkpoint_elsewhere_or_a_folder_of_its_name_is_none) {
+  const fs::path sample = fs::path(VBN_SAMPLES) / "gaussian_6";
+  whole_run run;
+  fs::create_directories(run.path("elsewhere"));
+  fs::copy_file(sample.string() + ".log", run.path("elsewhere/mol.log"));
+  fs::copy_file(sample.string() + ".fchk", run.path("elsewhere/mol.fchk"));
+  run.write("a.inp", "&vbn ffreq = 2*'elsewhere/mol.log' set_cart = t /\n");
+  run.run("a.inp");
+  EXPECT_EQ(run.out, " Error! Can not find Gaussian fchk file!\n Stop!\n");
+  fs::create_directory(run.path("mol.fchk"));
+  run.run("a.inp");
+  EXPECT_EQ(run.out, " Error! Can not find Gaussian fchk file!\n Stop!\n");
+  fs::remove(run.path("mol.fchk"));
+  fs::rename(run.path("elsewhere/mol.fchk"), run.path("mol.fchk"));
+  run.run("a.inp");
+  EXPECT_EQ(run.status, 0) << run.err;
 }
 
 TEST(bad_input, a_file_cut_off_anywhere_ends_in_an_orderly_way) {

@@ -109,6 +109,14 @@ mode_table parse_mode_data(const std::string& content) {
   return table;
 }
 
+std::vector<double> parse_couplings(const std::string& content) {
+  std::vector<double> couplings;
+  for (const std::string& line : lines_of(content))
+    if (line.size() == 174 && line[5] != 'm' && std::stoi(line.substr(6, 6)) > 0)
+      couplings.push_back(std::abs(std::stod(line.substr(30, 18))));
+  return couplings;
+}
+
 void expect_same_physics(const mode_table& a, const mode_table& b, double freq, double relative) {
   ASSERT_EQ(a.rows.size(), b.rows.size());
   for (std::size_t i = 0; i < a.rows.size(); ++i) {

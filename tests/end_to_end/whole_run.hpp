@@ -55,6 +55,10 @@ struct mode_table {
 
 mode_table parse_mode_data(const std::string& content);
 
+// The couplings of the vibrations, au, in a table of couplings by mode; without their signs, which follow the
+// modes.
+std::vector<double> parse_couplings(const std::string& content);
+
 // Tables of one physics: frequencies to `freq` cm-1, Huang-Rhys factors and the total relative to their size.
 void expect_same_physics(const mode_table& a, const mode_table& b, double freq, double relative);
 

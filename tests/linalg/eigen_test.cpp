@@ -150,13 +150,10 @@ void expect_bits_of_plain(const array2<double>& a) {
 }
 
 TEST(eigen, every_vector_width_gives_the_bits_of_the_plain_routines_at_every_size) {
-  for (int n = 0; n < 35 && !HasFatalFailure(); ++n) {
+  for (int n = 0; n <= 200 && !HasFatalFailure(); n += n < 35 ? 1 : size_step) {
     SCOPED_TRACE(n);
     expect_bits_of_plain(random_symmetric(n, 3));
-  }
-  for (int n = 35; n <= 200 && !HasFatalFailure(); n += size_step) {
-    SCOPED_TRACE(n);
-    expect_bits_of_plain(random_symmetric(n, 5));
+    if (n < 60) expect_bits_of_plain(array2<double>(n, n, 1.0));
   }
 }
 
@@ -169,20 +166,16 @@ TEST(eigen, every_vector_width_gives_the_bits_of_the_plain_routines_for_every_sp
     }
 }
 
-TEST(eigen, all_ones_of_any_size_ends) {
-  for (int n = 1; n <= 60; ++n) {
-    SCOPED_TRACE(n);
-    expect_bits_of_plain(array2<double>(n, n, 1.0));
-  }
-}
-
 TEST(eigen, pairs_satisfy_the_eigenvalue_equation_and_vectors_are_orthonormal) {
   for (const int n : {1, 2, 3, 4, 17, 60, 131}) {
     const array2<double> a = random_symmetric(n, 7);
     array1<double> eval;
     array2<double> v;
     int info = -1;
-    diag_symm(a, eval, v, info);
+    array2<double> lower = a;  // the other triangle is not read
+    for (int j = 1; j <= n; ++j)
+      for (int i = 1; i < j; ++i) lower(i, j) = 1e9;
+    diag_symm(lower, eval, v, info);
     ASSERT_EQ(info, 0);
     const array2<double> av = matmul(a, v);
     const array2<double> overlap = matmul(v, v, op::transposed, op::plain);
@@ -194,20 +187,6 @@ TEST(eigen, pairs_satisfy_the_eigenvalue_equation_and_vectors_are_orthonormal) {
       }
     }
   }
-}
-
-TEST(eigen, only_the_lower_triangle_is_read) {
-  const array2<double> a = random_symmetric(23, 2);
-  array2<double> upper_spoilt = a;
-  for (int j = 1; j <= 23; ++j)
-    for (int i = 1; i < j; ++i) upper_spoilt(i, j) = 1e9;
-  array1<double> eval, spoilt_eval;
-  array2<double> v, spoilt_v;
-  int info = -1;
-  diag_symm(a, eval, v, info);
-  diag_symm(upper_spoilt, spoilt_eval, spoilt_v, info);
-  EXPECT_EQ(eval, spoilt_eval);
-  EXPECT_EQ(v, spoilt_v);
 }
 
 TEST(eigen, sign_rule_lets_the_first_of_equal_magnitudes_decide) {

@@ -6,23 +6,6 @@
 namespace vbn {
 namespace {
 
-TEST(stop, told_stop_has_status_0_and_one_line_and_a_bare_one_is_silent) {
-  try {
-    stop("Bad def_add_int_coord definition, stop!");
-    FAIL();
-  } catch (const run_end& end) {
-    EXPECT_EQ(end.status, 0);
-    EXPECT_EQ(end.text, "STOP Bad def_add_int_coord definition, stop!\n");
-  }
-  try {
-    stop();
-    FAIL();
-  } catch (const run_end& end) {
-    EXPECT_EQ(end.status, 0);
-    EXPECT_EQ(end.text, "");
-  }
-}
-
 TEST(stop, fault_marks_its_spot_even_far_to_the_right_of_a_long_line) {
   EXPECT_EQ(fault_message({"cannot read a real number", "a.out", 7, "1.0 x\t2", 5, "the mass of atom 2"}),
             "error: cannot read a real number\n"
