@@ -66,7 +66,7 @@ TEST(nacme_readers, broken_files_end_the_run_with_a_message_that_names_file_and_
       {gaussian, 3, "5.4422 eV", "0.0000 eV", "the vertical energy of the coupling file is zero"},
       {gaussian, 3, " 3          1  ", " 3          0  ", "the nuclear charge of atom 3 is zero"},
       {gaussian, 3, "-0.004000", "-0.0o4000", "2 Atom"},
-      {gaussian, 3, "-0.004000", "-1.0E+308", "beyond the range"},
+      {gaussian, 3, "-0.004000", "-1.0E+308", "not finite numbers"},
       {nwchem, 3, "Root   1", "Root   2", "\"Root   1\""},
       {nwchem, 3, "0.200000000 a.u.                5.4423", "a.u.", "in columns 25 to 55"},
       {nwchem, 3, " h ", " Qq", "no element has this symbol"},

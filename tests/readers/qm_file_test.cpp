@@ -139,8 +139,8 @@ TEST(qm_file, damage_is_reported_with_its_line_or_in_the_words_of_the_program_th
   } damages[] = {
       {molpro, "   2   O ", "   2   Q1", 1, "in sample.out, line 8"},
       {molpro, "   12.000000", " *********", 1, "****"},
-      {newer, "\n   7   Dy2", "\n   8   Dy2", 1, "this is no row 7"},
-      {newer, "\n\n Frequencies", "\n  13   H13    1.00  0  0  0\n\n Frequencies", 1, "has more rows"},
+      {newer, "\n   7   Dy2", "\n   8   Dy2", 1, "this is not row 7"},
+      {newer, "\n\n Frequencies", "\n  13   H13    1.00  0  0  0\n\n Frequencies", 1, "too many rows"},
       {newer, "  11- 12", "  12- 12", 1, "masses from atom 11 on"},
       {newer, " 15.994915", "  1.007825", 1, "atom 2 is O in the table of atoms, but its mass is 1.007825"},
       {nwchem, "    2 O ", "    2 Q ", 1, "2 Q"},
