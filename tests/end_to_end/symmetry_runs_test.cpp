@@ -12,10 +12,7 @@ namespace {
 
 // Both states of each molecule have the group, and so the same vibrations of each representation.
 struct symmetric_case {
-  const char* folder;
-  const char* first;
-  const char* second;
-  const char* group;
+  const char *folder, *first, *second, *group;
   std::map<std::string, int> vibrations;  // the totally symmetric ones come first by name
 };
 
@@ -24,33 +21,25 @@ const std::vector<symmetric_case> symmetric_cases = {
     {"nwchem/formaldehyde", "s0.out", "cation.out", "C2V(x)", {{"A1", 3}, {"B1", 2}, {"B2", 1}}},
     {"nwchem/glyoxal", "s0.out", "t1.out", "C2H(z)", {{"Ag", 5}, {"Bg", 1}, {"Au", 2}, {"Bu", 4}}},
     {"nwchem/butadiene", "s0.out", "t1.out", "C2H(z)", {{"Ag", 9}, {"Bg", 3}, {"Au", 4}, {"Bu", 8}}},
-    {"nwchem/ethylene",
-     "neutral.out",
-     "cation.out",
-     "D2H",
+    // clang-format off
+    {"nwchem/ethylene", "neutral.out", "cation.out", "D2H",
      {{"Ag", 3}, {"B1g", 2}, {"B2g", 1}, {"Au", 1}, {"B1u", 1}, {"B2u", 2}, {"B3u", 2}}},
-    {"xtb/naphthalene/numforce",
-     "neutral.dat",
-     "cation.dat",
-     "D2H",
+    {"xtb/naphthalene/numforce", "neutral.dat", "cation.dat", "D2H",
      {{"Ag", 9}, {"B1g", 8}, {"B2g", 3}, {"B3g", 4}, {"Au", 4}, {"B1u", 4}, {"B2u", 8}, {"B3u", 8}}},
+    // clang-format on
 };
-
-mode_table table_of(whole_run& run, const symmetric_case& c, const std::string& keys) {
-  run.write("t.inp", std::string("&vbn\n ffreq(1) = '") + c.first + "'\n ffreq(2) = '" + c.second +
-                         "'\n point_group = t\n" + keys + "\n/\n");
-  run.run("t.inp");
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(run.out, "");
-  return parse_mode_data(run.read("vbn.cart.dat"));
-}
 
 TEST(symmetry_runs, modes_follow_the_textbook_and_only_totally_symmetric_ones_are_displaced) {
   VBN_NEEDS_REAL_DATA();
   for (const symmetric_case& c : symmetric_cases) {
     SCOPED_TRACE(c.folder);
     whole_run run(real_data() / c.folder);
-    const mode_table table = table_of(run, c, " enforce_symm = t");
+    run.write("t.inp", std::string("&vbn ffreq = '") + c.first + "' '" + c.second +
+                           "' point_group = t enforce_symm = t /\n");
+    run.run("t.inp");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+    const mode_table table = parse_mode_data(run.read("vbn.cart.dat"));
     const std::string log = run.read("vbn.out");
     const std::string heading = "Point group:  " + std::string(c.group).append(6, ' ').substr(0, 6) + "\n";
     EXPECT_NE(log.find(heading), log.rfind(heading));

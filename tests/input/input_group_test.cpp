@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "input/key_table.hpp"     // for key_table
-#include "text/stop.hpp"           // for run_end
+#include "tests/ending.hpp"        // for ending_of
 #include "tests/written_file.hpp"  // for scratch and write_text
 
 namespace vbn {
@@ -20,33 +22,21 @@ input_data keys_of(const std::string& content) {
   return input;
 }
 
-// The message that ends the run, its file name left out; "read" when nothing does.
+// The message that ends the run, its file name left out.
 std::string failure_of(const std::string& content) {
-  try {
-    keys_of(content);
-  } catch (const run_end& end) {
-    EXPECT_EQ(end.status, 1);
-    const std::string in = "  in " + scratch("t.inp");
-    std::string message = end.text;
-    if (const std::size_t at = message.find(in); at != std::string::npos)
-      message.replace(at, in.size(), "  in t");
-    return message;
-  }
-  return "read";
+  const ending e = ending_of([&] { keys_of(content); });
+  EXPECT_EQ(e.status, 1) << content;
+  return std::regex_replace(e.error, std::regex("  in [^,\n]*t.inp"), "  in t");
 }
 
-// How `check` ends the run, behind what it told on standard output; "passed" when it does not.
-std::string check_of(const std::string& content, int natom = 6) {
-  input_data input = keys_of(content);
-  testing::internal::CaptureStdout();
-  std::string end = "passed";
-  try {
-    check(input, natom);
-  } catch (const run_end& stopped) {
-    EXPECT_EQ(stopped.status, 0);
-    end = stopped.text;
-  }
-  return testing::internal::GetCapturedStdout() + end;
+// How `check` ends the run, after what it prints; "passed" when it does not.
+std::string check_of(const std::string& content) {
+  const input_data input = keys_of(content);
+  const ending e = ending_of([&] {
+    input_data checked = input;
+    check(checked, 6);
+  });
+  return e.status == -1 ? "passed" : e.printed + e.error;
 }
 
 TEST(input_group, group_opens_in_any_case_and_nothing_outside_it_or_in_a_comment_counts) {

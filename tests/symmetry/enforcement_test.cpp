@@ -100,7 +100,7 @@ array2<double> vectors(std::initializer_list<double> values) {
   return v;
 }
 
-TEST(enforcement, vector_field_takes_its_representatives_and_large_changes_are_reported) {
+TEST(enforcement, vector_field_takes_its_representatives_and_large_changes_stop_the_run) {
   array2<double> v = vectors({1, 2, 3, -1.02, 2, 3.001});
   ending e = ending_of([&] { get_array3(reflected_pair(), v, 0.01); });
   EXPECT_EQ(e.status, -1);
