@@ -1,4 +1,4 @@
-// Whole runs on bad input: what is told on which stream, the exit status, and which files exist afterwards.
+// Whole runs on input and files that cannot be used: they end in an orderly way and say why.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -106,11 +106,11 @@ TEST(broken_runs, bytes_that_no_program_writes) {
   std::string binary;
   for (unsigned i = 0; i < 65536; ++i) binary += static_cast<char>((i * 2654435761u) >> 24);
   broken.attempt(binary, "binary");
-  broken.attempt(sound + binary, "binary behind a sound file");
+  broken.attempt(sound + binary, "binary after a sound file");
   std::string long_line(1 << 20, '7');
   long_line.append("\n").append(sound);
   broken.attempt(long_line, "a line of a megabyte before a sound file");
-  broken.attempt(sound + std::string(1 << 20, ' ') + "1", "a line of a megabyte behind a sound file");
+  broken.attempt(sound + std::string(1 << 20, ' ') + "1", "a line of a megabyte after a sound file");
   std::string returns;
   for (const char c : sound) returns += c == '\n' ? "\r\n" : std::string(1, c);
   broken.attempt(returns, "carriage returns");

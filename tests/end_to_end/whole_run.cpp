@@ -38,16 +38,16 @@ whole_run::~whole_run() {
 }
 
 void whole_run::run(const std::string& input) {
-  const fs::path told = folder_ / ".out";
+  const fs::path printed = folder_ / ".out";
   const fs::path erred = folder_ / ".err";
   const std::string argument = input.empty() ? "" : " '" + input + "'";
   const std::string command = "cd '" + folder_.string() + "' && '" VBN_BINARY "'" + argument + " > '" +
-                              told.string() + "' 2> '" + erred.string() + "'";
+                              printed.string() + "' 2> '" + erred.string() + "'";
   const int result = std::system(command.c_str());
   status = WIFEXITED(result) ? WEXITSTATUS(result) : 128 + WTERMSIG(result);
   out = read(".out");
   err = read(".err");
-  fs::remove(told);
+  fs::remove(printed);
   fs::remove(erred);
 }
 

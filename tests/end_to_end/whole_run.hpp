@@ -8,7 +8,7 @@
 
 namespace vbn::end_to_end {
 
-// How a run ended, what it told, and the folder that it ran in (removed with this record).
+// How a run ended, what it printed, and the folder that it ran in (removed with this record).
 class whole_run {
  public:
   // A fresh folder that holds copies of the files of `from` (none when it is empty).

@@ -85,7 +85,7 @@ TEST(input_group, values_fill_whole_arrays_sections_and_strides_first_index_fast
   EXPECT_EQ(d.mass_type(6), 13.00335);
 }
 
-TEST(input_group, more_values_behind_a_single_element_fill_on_and_are_told_and_a_bare_path_is_told) {
+TEST(input_group, more_values_behind_a_single_element_fill_on_with_a_warning_as_a_bare_path_has_one) {
   testing::internal::CaptureStderr();
   const input_data d = keys_of("ffreq(1) = 'g.log' 'e.log' def_del_int_coord(1,2) = 1, 2, 0, 0");
   EXPECT_EQ(d.ffreq(2), "e.log");
@@ -175,7 +175,7 @@ TEST(input_group, check_stops_at_empty_lists_modes_that_are_none_and_coordinates
 TEST(input_group, keys_fit_what_they_are_stored_in) {
   input_keys keys;
   for (const input_key& key : key_table()) {
-    EXPECT_EQ(find_key(key.name), &key) << "a name stands twice";
+    EXPECT_EQ(find_key(key.name), &key) << "a name occurs twice";
     std::visit(
         [&](auto place) {
           auto& stored = keys.*place;

@@ -58,7 +58,7 @@ TEST(nacme_readers, broken_files_end_the_run_with_a_message_that_names_file_and_
   const struct {
     const char* file;
     int natom;
-    const char *from, *to, *told;
+    const char *from, *to, *message;
   } cases[] = {
       {gaussian, 3, " Charge =", " charge =", "\"Charge =\""},
       {gaussian, 3, "Excited State   1", "Excited State   3", "\"Excited State   1\""},
@@ -80,9 +80,9 @@ TEST(nacme_readers, broken_files_end_the_run_with_a_message_that_names_file_and_
   };
   for (const auto& it : cases) {
     const std::string content = changed(sample(it.file), it.from, it.to);
-    const std::string told = ending_of([&] { read(content, it.natom); }).error;
-    EXPECT_NE(told.find("nac.out"), std::string::npos) << it.to << ": " << told;
-    EXPECT_NE(told.find(it.told), std::string::npos) << it.to << ": " << told;
+    const std::string message = ending_of([&] { read(content, it.natom); }).error;
+    EXPECT_NE(message.find("nac.out"), std::string::npos) << it.to << ": " << message;
+    EXPECT_NE(message.find(it.message), std::string::npos) << it.to << ": " << message;
   }
 }
 

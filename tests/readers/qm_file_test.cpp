@@ -167,8 +167,9 @@ TEST(qm_file, damage_is_reported_with_its_line_or_in_the_words_of_the_program_th
     const std::string output = changed(d.output, d.from, d.to);
     const ending e = ending_of([&] { read_all(d.output == fchk ? kinds[6].output(12) : output, output); });
     EXPECT_EQ(e.status, d.status) << d.from;
-    const bool as_told = d.status == 0 ? e.printed == d.words : e.error.find(d.words) != std::string::npos;
-    EXPECT_TRUE(as_told) << d.words << e.printed << e.error;
+    const bool as_expected =
+        d.status == 0 ? e.printed == d.words : e.error.find(d.words) != std::string::npos;
+    EXPECT_TRUE(as_expected) << d.words << e.printed << e.error;
   }
 }
 

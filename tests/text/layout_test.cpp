@@ -16,7 +16,7 @@ std::string written(const char* notation, std::initializer_list<value> values) {
   return out;
 }
 
-TEST(layout, values_stand_in_their_columns_and_a_line_ends_at_the_first_item_without_one) {
+TEST(layout, values_are_in_their_columns_and_a_line_ends_at_the_first_item_without_one) {
   const struct {
     const char* notation;
     std::vector<value> values;
