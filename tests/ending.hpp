@@ -1,4 +1,4 @@
-// How a call of the program's own routines ended and what it printed.
+// How a call of a routine of the program ended and what it printed.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -24,7 +24,7 @@ inline const molecule chiral_molecule = {{6, {0.1, 0.0, 0.2}},
 inline const molecule water = {{8, {0.0, 0.125, 0.0}}, {1, {1.43, -0.984, 0.0}}, {1, {-1.43, -0.984, 0.0}}};
 inline const molecule hydrogen_cyanide = {
     {1, {-1.15, -1.15, -1.15}}, {6, {0.1, 0.1, 0.1}}, {7, {1.3, 1.3, 1.3}}};
-// Without any symmetry.
+// A molecule without symmetry.
 inline const molecule ammonia = {
     {7, {0.04, 0.02, 0.2}}, {1, {1.8, 0.0, -0.5}}, {1, {-0.95, 1.55, -0.47}}, {1, {-0.85, -1.6, -0.57}}};
 // H-S-S-H, the dihedral in radians.

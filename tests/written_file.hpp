@@ -1,4 +1,4 @@
-// Reads back what a test has let the program write.
+// Reads back a file that the program has written in a test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 namespace vbn {
 
-// Name of a scratch file of the test that runs, short enough for the names that the program holds.
+// Name of a scratch file of the running test, short enough for the names of the program.
 inline std::string scratch(const std::string& name) {
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
   const std::size_t own = std::hash<std::string>{}(std::string(test->test_suite_name()) + "." + test->name());

@@ -37,7 +37,7 @@ TEST(bad_input, files_that_cannot_be_read_or_written_are_named) {
   expect_orderly_stop(run, "vbn.out");
 }
 
-// The formatted checkpoint of a log is looked for in the working directory, wherever the log is.
+// The formatted checkpoint of a log is in the working directory, wherever the log is.
 TEST(bad_input, a_checkpoint_elsewhere_or_a_folder_of_its_name_is_none) {
   const fs::path sample = fs::path(VBN_SAMPLES) / "gaussian_6";
   whole_run run;
@@ -56,7 +56,7 @@ TEST(bad_input, a_checkpoint_elsewhere_or_a_folder_of_its_name_is_none) {
   EXPECT_EQ(run.status, 0) << run.err;
 }
 
-TEST(bad_input, a_file_cut_off_anywhere_ends_in_an_orderly_way) {
+TEST(bad_input, a_file_cut_off_anywhere_ends_in_a_defined_way) {
   for (const char* cut : {"t1.dat", "nac_molpro.out"}) {
     whole_run run(examples / "glyoxal");
     const std::string whole = run.read(cut);

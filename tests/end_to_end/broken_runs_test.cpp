@@ -1,4 +1,4 @@
-// Hundreds of runs on broken files: each ends with sound tables or a message.
+// Hundreds of runs on broken files: each ends with valid tables or a message.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -14,12 +14,12 @@ namespace {
 namespace fs = std::filesystem;
 
 #ifdef __SANITIZE_ADDRESS__
-constexpr std::size_t stride = 7;  // every so many of the broken files are tried
+constexpr std::size_t stride = 7;  // one of this number of broken files is tried
 #else
 constexpr std::size_t stride = 1;
 #endif
 
-// A case whose file `broken` is replaced time and again; it runs in this process, which is faster than the
+// A case whose file `broken` is replaced for each run; it runs in this process, which is faster than the
 // binary.
 class campaign {
  public:

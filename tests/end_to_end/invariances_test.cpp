@@ -1,4 +1,4 @@
-// Whole runs whose results are known without a reference: by symmetry of the problem, or by a formula.
+// Whole runs whose results are known from a symmetry of the problem or from a formula.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr double hartree_to_cm = 219474.63068;
 
-// A Molpro file of couplings that are those of an unmoved molecule, rotated by the seed.
+// A Molpro file with the couplings of a molecule, rotated by angles from the seed.
 std::string coupling_file(const states& state, unsigned seed) {
   std::string file(61, ' ');
   file += "MOLPRO\n ATOMIC COORDINATES\n\n NR  ATOM    CHARGE  X  Y  Z\n\n";
@@ -98,7 +98,7 @@ TEST(invariances, moving_any_file_as_a_whole_and_another_way_to_the_frame_change
     expect_same(still, run_of(moved(chiral_molecule, seed, {0.5, 1.0, 2.0}),
                               moved(excited, seed + 1, {-1.0, 0.0, 4.0}), keys, file(seed + 2)));
   }
-  // The couplings need one state alone, wherever the other is.
+  // The couplings depend on one state only, wherever the other is.
   for (const char* keys : {"eckart_rot = 0", "eckart_rot = 1", "set_eckart_order = 3"})
     expect_near(run_of(chiral_molecule, excited, keys, file(1)).couplings, still.couplings);
 }
@@ -123,7 +123,7 @@ TEST(invariances, exchanging_the_states_exchanges_their_columns_and_takes_the_co
   EXPECT_NE(run.read("vbn.out").find("  NACME file 2       :  nac.out\n"), std::string::npos);
 }
 
-// The limit is a distance of 0.001 bohr over all coordinates: a molecule that is larger by a little.
+// The limit is a distance of 0.001 bohr over all coordinates: a slightly larger molecule.
 TEST(invariances, couplings_of_a_geometry_beyond_the_limit_or_of_the_mirror_image_are_not_the_states) {
   const molecule centred = {{6, {0.0, 0.0, 3.0}},
                             {6, {0.0, 0.0, -3.0}},
@@ -177,7 +177,7 @@ TEST(invariances, a_small_displacement_is_the_same_through_internal_coordinates)
   EXPECT_GT(got.cart.total1, 0.1);
 }
 
-// By elimination, with the largest pivot of each column.
+// By elimination with the largest pivot of each column.
 double determinant(std::vector<double> a, std::size_t n) {
   double det = 1.0;
   for (std::size_t k = 0; k < n; ++k) {

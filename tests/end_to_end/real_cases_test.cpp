@@ -1,4 +1,4 @@
-// Whole runs on real calculations, held against what is known from elsewhere.
+// Whole runs on real calculations, compared with what is known from elsewhere.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,7 +19,7 @@ mode_table cartesian_table(const std::string& folder, const std::string& input) 
   return parse_mode_data(run.read("vbn.cart.dat"));
 }
 
-// The frequencies, rising, of the lines that begin with `label` in the last table of them.
+// The frequencies, in increasing order, of the lines that begin with `label` in their last table.
 std::vector<double> printed_frequencies(const std::filesystem::path& file, const std::string& label) {
   std::ifstream stream(file);
   std::vector<double> found;
@@ -59,7 +59,7 @@ TEST(real_cases, vibrations_have_the_frequencies_that_the_programs_printed) {
   const char *gaussian = "Frequencies --", *molpro = "Wavenumbers [cm-1]", *nwchem = "P.Frequency";
   const struct {
     std::string folder, input;
-    const char *file1, *label1, *file2, *label2;  // with the label in front of the frequencies
+    const char *file1, *label1, *file2, *label2;  // with the label before the frequencies
   } cases[] = {
       {"nwchem/water", "water.inp", "neutral.out", nwchem, "cation.out", nwchem},
       {"nwchem/formaldehyde", "formaldehyde.inp", "s0.out", nwchem, "cation.out", nwchem},
@@ -106,7 +106,7 @@ TEST(real_cases, one_molecule_gives_the_same_tables_through_every_kind_of_file) 
   VBN_NEEDS_REAL_DATA();
   const std::string folder = "formats/formaldehyde/";
   const mode_table reference = cartesian_table(folder + "numforce", "formaldehyde.inp");
-  // The files carry 6 to 10 digits of the coordinates and 5 to 8 of the force constants.
+  // The files have 6 to 10 digits of the coordinates and 5 to 8 of the force constants.
   for (const char* kind : {"gaussian", "molpro", "turbomole", "chemshell", "nwchem", "mixed"}) {
     SCOPED_TRACE(kind);
     expect_same_physics(reference, cartesian_table(folder + kind, "formaldehyde.inp"), 0.1, 1e-3);

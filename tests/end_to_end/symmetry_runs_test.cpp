@@ -1,4 +1,4 @@
-// Whole runs with the keys of symmetry over real calculations, against what group theory says of them.
+// Whole runs with the symmetry keys on real calculations, compared with group theory.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Runs the binary in a folder of its own and takes apart what it wrote.
+// Runs the binary in a new folder and reads the files that it wrote.
 #include "tests/end_to_end/whole_run.hpp"  // for whole_run
 
 #include <gtest/gtest.h>
@@ -125,7 +125,7 @@ void expect_same_physics(const mode_table& a, const mode_table& b, double freq, 
     EXPECT_NEAR(a.rows[i].freq2, b.rows[i].freq2, freq);
     EXPECT_NEAR(a.rows[i].hr1, b.rows[i].hr1, relative * (0.01 + std::abs(a.rows[i].hr1)));
     EXPECT_NEAR(a.rows[i].hr2, b.rows[i].hr2, relative * (0.01 + std::abs(a.rows[i].hr2)));
-    // Translations and rotations have one frequency, so their six modes mix at will.
+    // Translations and rotations have the same frequency, so their six modes may mix.
     if (i >= 6) {
       EXPECT_NEAR(std::abs(a.rows[i].s), std::abs(b.rows[i].s), 10 * relative);
     }

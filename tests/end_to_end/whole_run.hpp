@@ -1,4 +1,4 @@
-// Runs the binary in a folder of its own and takes apart what it wrote.
+// Runs the binary in a new folder and reads the files that it wrote.
 #pragma once
 
 #include <filesystem>
@@ -11,7 +11,7 @@ namespace vbn::end_to_end {
 // How a run ended, what it printed, and the folder that it ran in (removed with this record).
 class whole_run {
  public:
-  // A fresh folder that holds copies of the files of `from` (none when it is empty).
+  // A new folder with copies of the files of `from` (none when it is empty).
   explicit whole_run(const std::filesystem::path& from = {});
   ~whole_run();
   whole_run(const whole_run&) = delete;
@@ -59,18 +59,19 @@ mode_table parse_mode_data(const std::string& content);
 // modes.
 std::vector<double> parse_couplings(const std::string& content);
 
-// Tables of one physics: frequencies to `freq` cm-1, Huang-Rhys factors and the total relative to their size.
+// Tables of the same molecule: frequencies to `freq` cm-1, Huang-Rhys factors and the total relative to their
+// size.
 void expect_same_physics(const mode_table& a, const mode_table& b, double freq, double relative);
 
 // The lines of a text.
 std::vector<std::string> lines_of(const std::string& content);
 
-// The folder of the real cases, empty when it is not named.
+// The folder of the real cases, empty when it is not set.
 std::filesystem::path real_data();
 
 }  // namespace vbn::end_to_end
 
-// Skips the test, visibly, when the folder of the real cases is not named.
+// Skips the test when the folder of the real cases is not set.
 #define VBN_NEEDS_REAL_DATA()                   \
   if (vbn::end_to_end::real_data().empty()) {   \
     GTEST_SKIP() << "VBN_REAL_DATA is not set"; \

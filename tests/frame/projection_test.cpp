@@ -39,8 +39,8 @@ TEST(projection, no_force_answers_a_translation_or_rotation_of_a_disturbed_hessi
             force(k) += move <= 3 ? fc(k, at + p)
                                   : fc(k, at + r) * state.atoms.x(q, i) - fc(k, at + q) * state.atoms.x(r, i);
         }
-        // The root in single precision leaves the second way a trace of the translation along x, and of the
-        // rotations that hold a part of it, since the masses do not weigh their vectors.
+        // The root in single precision leaves a trace of the translation along x with the second projection,
+        // and of the rotations that contain a part of it, since their vectors are not mass-weighted.
         const bool trace = way == 2 && (move == 1 || move >= 5);
         EXPECT_LT(std::abs(max_abs(force.span())), trace ? 1e-8 : 1e-13) << way << ' ' << move;
       }

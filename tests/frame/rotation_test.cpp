@@ -11,7 +11,7 @@
 namespace vbn {
 namespace {
 
-// The sum over all terms, as it is written in a book.
+// The sum over all terms, as in a textbook.
 void plain_rot_fc(const array2<double>& r, array2<double>& fc) {
   const int n = fc.rows() / 3;
   array2<double> fc1(3 * n, 3 * n);
@@ -36,7 +36,7 @@ TEST(rotation, force_constants_have_the_bits_of_the_sum_over_all_terms) {
   for (int natom = 1; natom <= 9; ++natom) {
     array2<double> fast(3 * natom, 3 * natom);
     for (double& element : fast.span()) element = number(draw);
-    fast(1, 2) = fast(3, 3) = 2.0e-300;  // some of their terms fall below the limit
+    fast(1, 2) = fast(3, 3) = 2.0e-300;  // some of their terms are below the limit
     array2<double> plain = fast;
     const array2<double> r = random_rotation(static_cast<unsigned>(natom));
     rot_fc(r, fast);

@@ -1,4 +1,4 @@
-// Tests of the input file: what its group may look like, what ends the run, and the check of the keys.
+// Tests of the input file: the forms of its group, the errors that end the run, and the check of the keys.
 #include "input/input_group.hpp"  // for init, read_input, check
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 namespace vbn {
 namespace {
 
-// The keys after reading a file of that content; the whole content where it opens the group itself.
+// The keys after reading a group with that content, or a file if the content opens the group itself.
 input_data keys_of(const std::string& content) {
   input_data input;
   init(input);
@@ -99,7 +99,7 @@ TEST(input_group, more_values_behind_a_single_element_fill_on_with_a_warning_as_
                 place + "the / after fnacme = closes the group; put a path in quotes\n");
 }
 
-TEST(input_group, failure_shows_the_line_with_its_spot_the_key_and_what_was_expected) {
+TEST(input_group, failure_shows_the_line_with_the_position_the_key_and_what_was_expected) {
   const struct {
     const char *content, *message;
   } cases[] = {
@@ -151,7 +151,7 @@ TEST(input_group, counters_count_entries_and_the_text_form_wins_over_the_numbers
   EXPECT_EQ(std::vector<int>(first.begin(), first.end()), (std::vector<int>{1, 2, 3, 0}));
 }
 
-TEST(input_group, check_stops_at_empty_lists_modes_that_are_none_and_coordinates_that_are_none) {
+TEST(input_group, check_stops_at_empty_lists_wrong_modes_and_wrong_coordinates) {
   for (const std::string list : {"mode_block", "dush_block", "add_int_coord", "del_int_coord"}) {
     EXPECT_EQ(check_of("if_" + list + " = t"),
               "STOP Error, if_" + list + " is true, but n_" + list + " is 0. Stop!\n");

@@ -9,7 +9,7 @@
 namespace vbn {
 namespace {
 
-// The sums as the triple loop has them.
+// The sums as in the plain triple loop.
 array2<double> plain_g(const array1<double>& mass, const array2<double>& b) {
   const int m = b.rows();
   array2<double> g(m, m);

@@ -36,7 +36,7 @@ TEST(int_coord, rows_are_the_derivatives_in_angstrom) {
   }
   for (const molecule& atoms : molecules) {
     const internal_coordinates at = coordinates_of(atoms);
-    // A chain must bend too little to change the list.
+    // A chain must not bend so far that the list changes.
     const double step = at.nlin == 0 ? 1.0e-3 : 2.0e-5;
     for (int k = 1; k <= 3 * static_cast<int>(atoms.size()); ++k) {
       const auto values_at = [&](double h) {
@@ -49,7 +49,7 @@ TEST(int_coord, rows_are_the_derivatives_in_angstrom) {
       };
       const auto a = values_at(step), b = values_at(-step), c = values_at(2 * step), d = values_at(-2 * step);
       for (int m = 1; m <= at.nr; ++m) {
-        if (at.iztype(m) == kind_linear_bend) continue;  // its value has an edge at 180 degrees
+        if (at.iztype(m) == kind_linear_bend) continue;  // its value is not differentiable at 180 degrees
         const double near = std::remainder(a(m) - b(m), 2.0 * pi_value);
         const double far = std::remainder(c(m) - d(m), 2.0 * pi_value);
         EXPECT_NEAR(at.br(k, m), (8.0 * near - far) / (12.0 * step), 1.0e-6) << k << " " << m;

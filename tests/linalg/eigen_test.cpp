@@ -34,7 +34,7 @@ array2<double> random_symmetric(int n, unsigned seed) {
 }
 
 // Force constants of a ring of n / 3 equal atoms with equal springs to the next and the next but one: its
-// eigenvalues come in pairs, as those of a symmetric molecule.
+// eigenvalues are in pairs, like those of a symmetric molecule.
 array2<double> ring(int n) {
   array2<double> a(n, n);
   const int atoms = n / 3;
@@ -60,7 +60,7 @@ struct named_matrix {
   array2<double> a;
 };
 
-// Matrices on which a rearranged sum, a lost zero or a wrong range of a sweep shows.
+// Matrices that reveal a rearranged sum, a lost zero or a wrong range of a sweep.
 std::vector<named_matrix> spectra(int n) {
   std::vector<named_matrix> all;
   const array2<double> random = random_symmetric(n, 11);
@@ -100,7 +100,7 @@ std::vector<named_matrix> spectra(int n) {
   return all;
 }
 
-// Whether two numbers have the same bits. A value that is no number has no result that could differ.
+// Whether two numbers have the same bits. All NaN are equal.
 bool same(double x, double y) {
   return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(y) ||
          (std::isnan(x) && std::isnan(y));

@@ -1,4 +1,4 @@
-// The published Householder and QL routines written out loop by loop: what the fast ones are held to.
+// The published Householder and QL routines written out loop by loop, which the fast ones must match.
 #pragma once
 
 #include "linalg/array.hpp"  // for array1, array2

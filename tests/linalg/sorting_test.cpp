@@ -12,7 +12,7 @@
 namespace vbn {
 namespace {
 
-TEST(sorting, index_rises_for_every_length_and_every_pattern_of_keys) {
+TEST(sorting, index_increases_for_every_length_and_every_pattern_of_keys) {
   std::mt19937 draw(1);
   const double none = std::numeric_limits<double>::quiet_NaN();
   for (const int n : {0, 1, 2, 3, 7, 8, 9, 15, 16, 17, 100, 1000}) {
@@ -41,8 +41,8 @@ TEST(sorting, index_rises_for_every_length_and_every_pattern_of_keys) {
   }
 }
 
-// Worked out by hand: a short stretch is sorted by insertion and keeps equal keys in place; from 8 elements
-// on the median of first, middle and last parts the stretch, and equal keys change places.
+// Worked out by hand: a short piece is sorted by insertion and keeps equal keys in place; from 8 elements on
+// the median of first, middle and last divides the piece, and equal keys change places.
 TEST(sorting, equal_keys_come_in_the_order_that_the_partition_leaves) {
   array1<int> indx;
   indexx(std::vector<double>(7, 2.0), indx);

@@ -16,7 +16,7 @@ struct pair {
   int j, k;
 };
 
-// The assignment as it is described: all elements sorted, each compared with all pairs accepted before.
+// The plain assignment: all elements sorted, each compared with all pairs accepted before.
 std::vector<pair> plain_large_elements(const array1<int>& idx_j, const array1<int>& idx_k,
                                        const array2<double>& matrix, int sort_mode) {
   std::vector<pair> all, taken;
@@ -63,7 +63,7 @@ TEST(ordering, looking_up_what_is_taken_gives_the_pairs_of_the_full_scan_ties_in
         EXPECT_TRUE(j(p) == expected.j && k(p) == expected.k) << seed << ' ' << sort_mode;
       }
       EXPECT_EQ(p, std::min(nj, nk));
-      // What is left of the longer side follows, so that no mode is lost or repeated.
+      // The rest of the longer side follows, so that no mode is lost or repeated.
       EXPECT_TRUE(std::is_permutation(j.begin(), j.end(), from_j.begin()));
       EXPECT_TRUE(std::is_permutation(k.begin(), k.end(), from_k.begin()));
     }
@@ -110,10 +110,10 @@ TEST(ordering, the_six_lowest_modes_pair_row_by_row_and_an_empty_row_keeps_its_n
   for (int i = 1; i <= 6; ++i) s(i, i) = 0.0;
   s(1, 3) = 0.5;
   s(1, 4) = -0.5;  // equal: the lower one wins
-  s(2, 3) = 0.9;   // taken by row 1, though this is larger
+  s(2, 3) = 0.9;   // the column is taken by row 1, though this is larger
   s(2, 1) = 0.1;
-  s(3, 3) = 0.7;  // all that is not zero is taken
-  s(4, 9) = 1.0;  // never looked at
+  s(3, 3) = 0.7;  // the only element other than zero that is free
+  s(4, 9) = 1.0;  // never used
   EXPECT_EQ(listed(pairs_of(s, keys).order_e), (std::vector<int>{3, 1, 3, 4, 5, 6, 7, 8, 9}));
   s = unit(9);
   s(2, 8) = s(8, 2) = 0.95;

@@ -15,7 +15,7 @@
 namespace vbn {
 namespace {
 
-TEST(elements, a_row_of_the_tables_that_slipped_is_seen_at_its_neighbours) {
+TEST(elements, a_shifted_row_of_the_table_shows_at_its_neighbours) {
   const std::string symbols =
       "H He Li Be B C N O F Ne Na Mg Al Si P S Cl Ar K Ca Sc Ti V Cr Mn Fe Co Ni Cu Zn Ga Ge As Se Br Kr Rb "
       "Sr "
@@ -30,7 +30,7 @@ TEST(elements, a_row_of_the_tables_that_slipped_is_seen_at_its_neighbours) {
     EXPECT_EQ(symbol_to_nat(element_symbol(nat)), nat);
   }
   EXPECT_EQ(written, symbols);
-  // From element to element a mass falls nowhere but at these.
+  // The mass decreases from one element to the next only at these.
   for (int nat = 2; nat < 102; ++nat) {
     constexpr std::string_view falling[] = {"K", "Ni", "Br", "I", "Pm", "Pa", "Np", "Fm"};
     const bool falls = std::ranges::find(falling, element_symbol(nat)) != std::end(falling);
@@ -38,7 +38,7 @@ TEST(elements, a_row_of_the_tables_that_slipped_is_seen_at_its_neighbours) {
   }
 }
 
-TEST(elements, labels_with_something_behind_the_symbol_give_the_element_that_the_charge_allows) {
+TEST(elements, labels_longer_than_the_symbol_give_the_element_that_the_charge_allows) {
   const std::pair<const char*, int> labels[] = {
       {"1 CL12 17.0", 17}, {"1 CA2 6.0", 6}, {"1 CA2 20.0", 20}, {"1 CA2 10.0", 20}, {"1 Hw 1.0", 1},
       {"1 CA 6.0", 20},    {"1 X1 1.0", 0},  {"1 H1 6.0", 0},    {"1 H1 0.5", 0},    {"1 H1 x", 0}};

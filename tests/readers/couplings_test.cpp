@@ -1,4 +1,4 @@
-// Tests of the coupling readers: a file of each program, and what is said of broken ones.
+// Tests of the coupling readers: a file of each program, and the messages for broken ones.
 #include "readers/qm_file.hpp"  // for qm_file_nacme
 
 #include <gtest/gtest.h>
@@ -48,13 +48,13 @@ TEST(nacme_readers, turbomole_blocks_of_five_in_the_layout_of_the_release) {
     for (int i = 1; i <= 6; ++i)
       for (int c = 1; c <= 3; ++c) EXPECT_NEAR(got.nacme(c, i), -0.01 * i - 0.001 * c, 1e-9) << version;
     EXPECT_EQ(got.tranele(3, 2), 0.2 * got.nacme(3, 2) / 8.0) << version;
-    // The other layout is shifted by two columns or more, and no number is taken from there.
+    // The other layout is shifted by two columns or more, and no number is read there.
     const std::string other = of_version(own == turbomole_65 ? turbomole_63 : turbomole_65);
     EXPECT_EQ(ending_of([&] { read(other, 6); }).status, 1) << version;
   }
 }
 
-TEST(nacme_readers, broken_files_end_the_run_with_a_message_that_names_file_and_lack) {
+TEST(nacme_readers, broken_files_end_the_run_with_a_message_that_names_file_and_fault) {
   const struct {
     const char* file;
     int natom;

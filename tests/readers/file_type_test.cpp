@@ -1,4 +1,4 @@
-// Tests of how a file's kind and version are found.
+// Tests of the kind and version that are found for a file.
 #include "readers/file_type.hpp"  // for qm_file
 
 #include <gtest/gtest.h>
@@ -53,7 +53,7 @@ TEST(file_type, a_file_with_two_markers_is_of_the_kind_that_is_tested_first) {
   }
 }
 
-TEST(file_type, provisional_kinds_give_way_to_later_markers_and_markers_out_of_place_are_none) {
+TEST(file_type, provisional_kinds_give_way_to_later_markers_and_markers_out_of_place_do_not_count) {
   const std::string checkpoint = "title\nNumber of atoms   I   4\n";
   const std::string cut = " Entering Gaussian System, Link 0=g16\n";
   const marked files[] = {{checkpoint, "GAUSSIAN FCHK", "UNKNOWN"},

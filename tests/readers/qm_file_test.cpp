@@ -15,15 +15,16 @@
 namespace vbn {
 namespace {
 
-// Coordinates in bohr, and force constants of no real surface, with four decimals each.
+// Coordinates in bohr and artificial force constants, with four decimals each.
 struct molecule {
   array1<int> nat;
   array1<double> mass;
   array2<double> x, fc;
 };
 
-// What the samples of this number of atoms hold. The symbols Cd and Dy look like the labels of Turbomole. The
-// 3, 12, 18 and 36 columns of force constants end in the blocks of 5, 6, 9 and 10 columns everywhere.
+// The content of the samples with this number of atoms. The symbols Cd and Dy look like the labels of
+// Turbomole. The 3, 12, 18 and 36 columns of force constants end in the blocks of 5, 6, 9 and 10 columns
+// everywhere.
 molecule sample_molecule(int natom) {
   constexpr int chain[] = {6, 8, 1, 1, 7, 48, 66};
   molecule m{array1<int>(natom), array1<double>(natom), array2<double>(3, natom),
@@ -42,8 +43,8 @@ molecule sample_molecule(int natom) {
 }
 
 struct sample_kind {
-  std::string name, end, end_fc;            // of its file, and of the one that holds the force constants
-  double mass_digits, x_digits, fc_digits;  // what the digits of the file leave uncertain; fc relatively
+  std::string name, end, end_fc;            // of its file, and of the file with the force constants
+  double mass_digits, x_digits, fc_digits;  // uncertainty from the digits of the file, of fc relative
 
   std::string output(int natom) const { return sample(name + "_" + std::to_string(natom) + end); }
   std::string fc_output(int natom) const { return sample(name + "_" + std::to_string(natom) + end_fc); }

@@ -1,4 +1,4 @@
-// The sample files in the layouts of the programs, and how a test reads and damages them.
+// The sample files in the layouts of the programs, and routines to read and damage them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace vbn {
 
 inline std::string sample(const std::string& name) { return content_of(VBN_SAMPLES "/" + name); }
 
-// The text as an opened file.
+// The text as an open file.
 inline qm_file opened(std::string_view content) {
   return open_qm_file(input_file::from_memory("sample.out", content));
 }

@@ -67,7 +67,7 @@ TEST(enforcement, mirror_cleaning_keeps_large_couplings_and_atoms_off_the_plane)
 }
 
 TEST(enforcement, atoms_on_an_axis_without_planes_lose_what_the_rotation_reverses) {
-  // C2(z) of two atoms on the axis and a pair beside it.
+  // C2(z) with two atoms on the axis and a pair off it.
   states state =
       state_of({{8, {0.003, -0.002, 1}}, {16, {0, 0, -2}}, {1, {1.5, 0.5, 2}}, {1, {-1.5, -0.5, 2}}});
   const symmetry_search found = point_group1(state.atoms, 0.01, state.symmetry);
@@ -121,7 +121,7 @@ TEST(enforcement, couplings_may_be_odd_and_those_of_no_parity_stay) {
   EXPECT_EQ(enforced(vectors({1, 2, 3, -1.004, 2, 3})), vectors({1, 2, 3, -1, 2, 3}));
   EXPECT_EQ(enforced(vectors({1, 2, 3, 1.004, -2, -3})), vectors({1, 2, 3, 1, -2, -3}));
   EXPECT_EQ(enforced(vectors({1, 2, 3, 1, 2, 3})), vectors({1, 2, 3, 1, 2, 3}));
-  // Small ones count as even first.
+  // Small couplings count as even first.
   EXPECT_EQ(enforced(vectors({0.001, 0, 0, 0.001, 0, 0})), vectors({0.001, 0, 0, -0.001, 0, 0}));
 }
 

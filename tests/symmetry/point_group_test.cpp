@@ -85,7 +85,7 @@ const std::vector<textbook_case> textbook = {
     // Three atoms in the plane xy: two functions each in the plane, one normal to it.
     {{{7, {1.1, -0.2, 0}}, {8, {-1.15, 0.05, 0}}, {1, {2.3, 1.5, 0}}}, "CS(z)", {6, 3}},
     {chiral_molecule, "C1", {15}},
-    // Linear along x: of each atom one function along the axis and two across it; the exchange of the ends
+    // Linear along x: for each atom one function along the axis and two across it; the exchange of the ends
     // gives g and u. B3g (yz) and Au stay empty.
     {{{6, {0, 0, 0}}, {8, {2.19, 0, 0}}, {8, {-2.19, 0, 0}}}, "D2H", {1, 1, 1, 0, 0, 2, 2, 2}},
     // A2 stays empty.
@@ -103,7 +103,7 @@ TEST(point_group, small_molecules_have_the_group_and_the_reduction_of_the_textbo
     point_group1(state_of(c.atoms).atoms, tol, symmetry);
     EXPECT_EQ(symmetry.new_pgrp.str(), c.group);
     ASSERT_EQ(symmetry.nrep, static_cast<int>(c.modes.size()));
-    int rows = 0;  // of all representations they follow each other without a gap
+    int rows = 0;  // the rows of all representations follow each other without a gap
     for (int r = 1; r <= symmetry.nrep; ++r) {
       const int modes = c.modes[static_cast<std::size_t>(r - 1)];
       EXPECT_EQ(symmetry.nr_lw(r), modes == 0 ? 0 : rows + 1);
@@ -116,8 +116,8 @@ TEST(point_group, small_molecules_have_the_group_and_the_reduction_of_the_textbo
   }
 }
 
-// The representatives by the plain method, which scans all those found so far and takes the lowest operation
-// that sends one of them to the atom or the pair.
+// The representatives by the plain method: a scan of all found so far, with the lowest operation that maps
+// one of them onto the atom or the pair.
 struct plain_search {
   const symmetry_search& found;
   std::vector<representative> unique;

@@ -1,4 +1,4 @@
-// Tests of files taken into memory and of free-form and fixed-column reads.
+// Tests of files in memory and of free-form and fixed-column reads.
 #include "text/input_file.hpp"  // for input_file
 
 #include <gtest/gtest.h>
@@ -53,7 +53,7 @@ TEST(input_file, lines_of_any_kind_are_read_to_the_last_byte_and_positions_move_
   EXPECT_EQ(file.seek_line_after(1000), "four");
 }
 
-TEST(input_file, what_is_no_readable_text_file_is_named) {
+TEST(input_file, a_path_that_is_not_a_readable_text_file_is_named) {
   const std::string fifo = scratch("fifo");
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
   EXPECT_NE(message_of([&] { input_file file(fifo); }).find("it is not a regular file\n  in " + fifo),
@@ -78,7 +78,7 @@ TEST(free_form_read, takes_integers_reals_and_words_over_line_ends_and_drops_the
 TEST(free_form_read, leaves_values_out_at_commas_slashes_and_empty_repeats) {
   const struct {
     const char* from;
-    std::array<int, 4> expected;  // 9 where the value stays untouched
+    std::array<int, 4> expected;  // 9 where the value is unchanged
   } cases[] = {
       {"1,,3 , 4", {1, 9, 3, 4}},     {",2,,4", {9, 2, 9, 4}},
       {"1 2/3 4", {1, 2, 9, 9}},      {"/", {9, 9, 9, 9}},
@@ -124,7 +124,7 @@ TEST(free_form_read, fails_at_what_is_not_asked_for_and_shows_where) {
 }
 
 TEST(fixed_column_read, takes_columns_however_they_are_filled_over_lines_as_the_layout_starts_again) {
-  // A short line counts as filled with blanks; a point in the field goes before the digits of the layout.
+  // A short line is filled up with blanks; a point in the field overrides the digits of the layout.
   std::array<double, 5> r = {9.0, 9.0, 9.0, 9.0, 9.0};
   EXPECT_TRUE(read_fixed("skip-10305 -1 1.5D1  2E1", layout("(4x,f6.2,f3.2,e6.1,e5.1,i3)"), r));
   EXPECT_EQ(r, (std::array<double, 5>{-103.05, -0.01, 15.0, 2.0, 0.0}));

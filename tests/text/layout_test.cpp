@@ -61,7 +61,7 @@ TEST(layout, reals_in_a_span_come_out_as_the_same_values_one_by_one) {
   }
 }
 
-TEST(layout, a_layout_that_is_none_or_fits_no_value_is_an_error_of_the_program) {
+TEST(layout, a_wrong_layout_or_a_value_that_does_not_fit_is_an_error_of_the_program) {
   for (const char* notation : {"", "i4", "(i4", "(i4)x", "(q4)", "(i)", "(f8)", "(f0.3)", "(e9.0)", "(\"a)",
                                "(5hab)", "(0i4)", "(99999999999i4)", "(9000(9000(x)))", "(t5,a)"}) {
     EXPECT_THROW(layout{notation}, std::logic_error) << notation;
@@ -69,7 +69,7 @@ TEST(layout, a_layout_that_is_none_or_fits_no_value_is_an_error_of_the_program) 
   EXPECT_THROW(layout(std::string(100'000, '(')), std::logic_error);
   EXPECT_THROW(written("(i4)", {1.0}), std::logic_error);
   EXPECT_THROW(written("(f8.2)", {1}), std::logic_error);
-  // Values without an item to go under do not keep it busy for ever.
+  // Values without an item do not lead to an endless loop.
   EXPECT_THROW(written("(i4,2(\"x\"))", {1, 2}), std::logic_error);
 }
 

@@ -1,4 +1,4 @@
-// Tests of numbers as text and text as numbers, against the C library as the plain way.
+// Tests of numbers as text and text as numbers, compared with the C library.
 #include "text/number.hpp"  // for write_fixed
 
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ std::string printed(const char* notation, int digits, double r) {
   return shown;
 }
 
-// fw.d, d at least 1, the plain way.
+// fw.d, d at least 1, by the C library.
 std::string plain_fixed(double r, int w, int d) {
   std::string shown = printed("%.*f", d, r);
   const std::size_t zero = shown[0] == '-' ? 1 : 0;
@@ -100,8 +100,8 @@ TEST(number, real_fields_are_those_of_the_plain_way_to_the_last_column) {
   }
 }
 
-// What the plain way does not show: the forms of gfortran 12.
-TEST(number, fields_without_a_digit_that_fits_and_of_no_number) {
+// Forms without a counterpart in the C library: those of gfortran 12.
+TEST(number, fields_without_a_digit_that_fits_and_of_nan) {
   EXPECT_EQ(field(write_fixed, 2.5, 3, 0), " 2.");
   EXPECT_EQ(field(write_fixed, 0.3, 1, 0), "*");
   EXPECT_EQ(field(write_exponent, -1.5, 15, 8, 'D'), "-0.15000000D+01");

@@ -18,11 +18,11 @@ TEST(text, is_filled_with_blanks_cut_and_compared_without_its_trailing_blanks) {
   EXPECT_FALSE(text<4>("a") == " a");
 }
 
-TEST(output_file, holds_everything_in_its_order_when_the_run_is_left_by_a_stop) {
+TEST(output_file, holds_everything_in_order_when_a_stop_ends_the_run) {
   const std::string name = scratch("log");
   write_text(name, "what an earlier run has left, and it is longer than what follows");
   std::string expected = "  1  2\n  3\nas it stands\na\nb\n text  7 0.1 -2\n";
-  const std::vector<double> row(10'000, 0.25);  // more than the file holds back
+  const std::vector<double> row(10'000, 0.25);  // more than the file collects before it writes
   layout("(10(ES13.6,X))").write(expected, std::span<const double>(row));
   try {
     output_file first(name + "   ");

@@ -6,7 +6,7 @@
 namespace vbn {
 namespace {
 
-TEST(stop, fault_marks_its_spot_even_far_to_the_right_of_a_long_line) {
+TEST(stop, fault_marks_its_position_even_far_to_the_right_of_a_long_line) {
   EXPECT_EQ(fault_message({"cannot read a real number", "a.out", 7, "1.0 x\t2", 5, "the mass of atom 2"}),
             "error: cannot read a real number\n"
             "  in a.out, line 7\n"
