@@ -172,8 +172,8 @@ std::string_view expected_value(const input_key& key) {
   return "";
 }
 
-bool store_value(input_keys& keys, const input_key& key, int element, const group_value& value) {
-  return std::visit([&](auto place) { return read_value(value, element_of(keys.*place, element)); },
+bool store_value(input_keys& stored, const input_key& key, int element, const group_value& value) {
+  return std::visit([&](auto place) { return read_value(value, element_of(stored.*place, element)); },
                     key.place);
 }
 

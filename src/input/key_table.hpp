@@ -42,6 +42,6 @@ std::string_view expected_value(const input_key& key);
 
 // Stores the value in element 1..elements() of the key, counted with the first index fastest. A text longer
 // than the key is cut. False, and nothing stored, when the value is of another type than the key.
-bool store_value(input_keys& keys, const input_key& key, int element, const group_value& value);
+bool store_value(input_keys& stored, const input_key& key, int element, const group_value& value);
 
 }  // namespace vbn

@@ -162,7 +162,6 @@ void molpro_mass(input_file& file, array1<double>& mass) {
 }
 
 void molpro_coord(input_file& file, array2<double>& x) {
-  std::string_view line;
   if (has_dump(file)) {
     skip_rows(file, 3, "the coordinates");
     return coordinate_rows(file, 1, false, x);
