@@ -23,7 +23,8 @@ std::vector<std::string> words_of(const std::string& line) {
   return {std::sregex_token_iterator(line.begin(), line.end(), word), std::sregex_token_iterator()};
 }
 
-// Equal words, or numbers that differ by no more than two units of their last digit.
+// Equal words, or numbers that differ by no more than two units of their last digit or, when they are written
+// with an exponent, by the rounding errors of a matrix.
 bool same_word(const std::string& expected, const std::string& word) {
   if (expected == word || expected.find('?') != std::string::npos) return true;
   const std::size_t point = expected.find('.');
@@ -33,8 +34,10 @@ bool same_word(const std::string& expected, const std::string& word) {
     std::replace(text.begin(), text.end(), 'D', 'E');
     return std::strtod(text.c_str(), nullptr);
   };
-  const int power = mark < expected.size() ? std::atoi(expected.c_str() + mark + 1) : 0;
-  return std::abs(number(expected) - number(word)) < 2.1 * std::pow(10.0, power - int(mark - point - 1));
+  const bool exponent = mark < expected.size();
+  const int power = exponent ? std::atoi(expected.c_str() + mark + 1) : 0;
+  const double unit = std::pow(10.0, power - static_cast<int>(mark - point - 1));
+  return std::abs(number(expected) - number(word)) < std::max(2.1 * unit, exponent ? 1e-9 : 0.0);
 }
 
 bool same_line(const std::string& expected, const std::string& line) {
