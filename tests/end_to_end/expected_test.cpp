@@ -1,10 +1,10 @@
 // Whole runs against stored results, number by number.
 //
-// A folder below `expected` holds an input, whose first line names where its other files are: "!
-// examples/NAME",
-// "! real_data/NAME", or "! here". Its folder `written` holds what the run writes; `printed` is the exit
-// status, standard output and the error stream. scripts/make-expected makes these files. In them '?' is a
-// digit that the physics leaves open, a line of one '?' any line, and "..." any number of lines to the end.
+// A folder below `expected` holds an input, whose first line names where its other files are:
+// "! examples/NAME", "! real_data/NAME", or "! here". Its folder `written` holds what the run writes;
+// `printed` is the exit status, standard output and the error stream. scripts/make-expected makes these
+// files. In them '?' is a digit that the physics leaves open, a line of one '?' any line, and "..." any
+// number of lines to the end.
 #include <gtest/gtest.h>
 
 #include <algorithm>
