@@ -1,10 +1,12 @@
 // Finds the program that wrote a file.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
-#include "text/fixed_text.hpp"  // for text
-#include "text/input_file.hpp"  // for input_file
+#include "readers/file_state.hpp"  // for file_state
+#include "text/fixed_text.hpp"     // for text
+#include "text/input_file.hpp"     // for input_file
 
 namespace vbn {
 
@@ -29,7 +31,8 @@ enum class file_kind {
 struct qm_file {
   input_file file;
   file_kind kind = file_kind::unknown;
-  text<100> version = {};  // of the program, blank when the file does not state it
+  text<100> version = {};                // of the program, blank when the file does not state it
+  std::optional<file_state> state = {};  // of a kind that is read as a whole, once it is read
 };
 
 // Finds the kind of a file by its markers, and with it the version of the program. The first marker in the

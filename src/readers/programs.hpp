@@ -4,8 +4,9 @@
 #include <optional>
 #include <string_view>
 
-#include "linalg/array.hpp"       // for array1, array2
-#include "readers/file_type.hpp"  // for file_kind, qm_file
+#include "linalg/array.hpp"        // for array1, array2
+#include "readers/file_state.hpp"  // for file_state
+#include "readers/file_type.hpp"   // for file_kind, qm_file
 
 namespace vbn {
 
@@ -13,10 +14,12 @@ struct file_couplings;
 struct file_dipole;
 
 // The readers of a kind of file; nullptr for a quantity that such files do not hold. Each reader starts at
-// the beginning of the file and, except `natom`, ends the run when the file does not hold the quantity.
+// the beginning of the file and, except `natom`, ends the run when the file does not hold the quantity. A
+// kind has either one reader of the whole state, or one for each quantity.
 struct kind_readers {
   file_kind kind = file_kind::unknown;
   std::string_view name = {};                              // as printed
+  file_state (*state)(input_file&) = nullptr;              // the whole state
   std::optional<int> (*natom)(input_file&) = nullptr;      // number of atoms
   void (*nat)(input_file&, array1<int>&) = nullptr;        // atomic numbers of as many atoms as the array has
   void (*mass)(input_file&, array1<double>&) = nullptr;    // their masses, amu

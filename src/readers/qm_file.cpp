@@ -5,9 +5,10 @@
 #include <cmath>
 #include <string_view>
 
-#include "readers/programs.hpp"  // for the readers
-#include "readers/rows.hpp"      // for check_natom and warn_if_cut
-#include "text/stop.hpp"         // for fail_in
+#include "readers/file_state.hpp"  // for file_state
+#include "readers/programs.hpp"    // for the readers
+#include "readers/rows.hpp"        // for check_natom and warn_if_cut
+#include "text/stop.hpp"           // for fail_in
 
 namespace vbn {
 
@@ -17,6 +18,18 @@ namespace {
 const kind_readers& rewound(qm_file& file) {
   file.file.rewind();
   return readers_of(file.kind);
+}
+
+// The state of a file whose kind is read as a whole; nullptr for the other kinds.
+file_state* whole_state(qm_file& file) {
+  const auto read = readers_of(file.kind).state;
+  if (read == nullptr) return nullptr;
+  if (!file.state) {
+    file.file.rewind();
+    file.state = read(file.file);
+    warn_if_cut(file.file);
+  }
+  return &*file.state;
 }
 
 [[noreturn]] void fail_kind(const qm_file& file, std::string_view what) {
@@ -33,6 +46,7 @@ const kind_readers& rewound(qm_file& file) {
 std::string name_of(file_kind kind) { return std::string(readers_of(kind).name); }
 
 std::optional<int> qm_file_natom(qm_file& file) {
+  if (const file_state* state = whole_state(file)) return state->natom();
   const auto read = rewound(file).natom;
   if (read == nullptr) return std::nullopt;
   return read(file.file);
@@ -40,6 +54,7 @@ std::optional<int> qm_file_natom(qm_file& file) {
 
 array1<int> qm_file_nat(qm_file& file, int natom) {
   check_natom(file.file, natom);
+  if (const file_state* state = whole_state(file)) return state->nat;
   const auto read = rewound(file).nat;
   if (read == nullptr) fail_kind(file, "the atoms");
   array1<int> nat(natom);
@@ -49,6 +64,7 @@ array1<int> qm_file_nat(qm_file& file, int natom) {
 
 array1<double> qm_file_mass(qm_file& file, int natom) {
   check_natom(file.file, natom);
+  if (const file_state* state = whole_state(file)) return state->mass;
   const auto read = rewound(file).mass;
   if (read == nullptr) fail_kind(file, "the masses");
   array1<double> mass(natom);
@@ -58,6 +74,7 @@ array1<double> qm_file_mass(qm_file& file, int natom) {
 
 array2<double> qm_file_coord(qm_file& file, int natom) {
   check_natom(file.file, natom);
+  if (const file_state* state = whole_state(file)) return state->x;
   const auto read = rewound(file).coord;
   if (read == nullptr) fail_kind(file, "the coordinates");
   array2<double> x(3, natom);
@@ -68,6 +85,7 @@ array2<double> qm_file_coord(qm_file& file, int natom) {
 
 array2<double> qm_file_fc(qm_file& file, int natom) {
   check_natom(file.file, natom);
+  if (file_state* state = whole_state(file)) return std::move(state->fc);
   const auto read = rewound(file).fc;
   if (read == nullptr) fail_kind(file, "the force constants");
   array2<double> fc = read(file.file, natom);
