@@ -117,7 +117,7 @@ void symmetry_tables(benchmark::State& run) {
   atoms.x = m.x;
   for (auto _ : run) {
     vbn::symmetry_data symmetry;
-    const vbn::symmetry_search found = vbn::point_group1(atoms, symm_tol, symmetry);
+    const vbn::symmetry_search found = vbn::point_group1(atoms, symm_tol, symmetry, {});
     int sum = 0;
     for (int i = 1; i <= atoms.natom; ++i)
       for (int j = 1; j <= atoms.natom; ++j) sum += vbn::id9(found, 1, j, 1, i).sg;

@@ -121,7 +121,7 @@ void open_file(benchmark::State& run) {
   const std::string content = log_lines();
   const scratch_file scratch(content);
   for (auto _ : run) {
-    vbn::input_file file(scratch.name);
+    vbn::input_file file(scratch.name, {});
     benchmark::DoNotOptimize(file.content().data());
   }
   count_bytes(run, content.size());

@@ -1,4 +1,4 @@
-// A folder in memory for the files of a fuzz target, and its streams switched off.
+// A folder in memory for the files of a fuzz target.
 #pragma once
 
 #include <string>
@@ -6,8 +6,7 @@
 
 namespace vbn::fuzzing {
 
-// Makes a new folder below /dev/shm the working directory, once, and discards standard output and, except for
-// the reports of the sanitizers, the error stream.
+// Makes a new folder below /dev/shm the working directory, once.
 void enter_scratch_folder();
 
 // Writes a file into the working directory.

@@ -1,11 +1,12 @@
 // How a call of a routine of the program ended and what it printed.
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include <concepts>
 #include <string>
+#include <string_view>
 
-#include "text/stop.hpp"  // for run_end
+#include "text/messages.hpp"  // for messages
+#include "text/stop.hpp"      // for run_end, warning_line
 
 namespace vbn {
 
@@ -17,19 +18,23 @@ struct ending {
   std::string warned;   // on the error stream
 };
 
+// The call may take the messages.
 template <class Call>
 ending ending_of(Call call) {
   ending e;
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
+  const messages say([&](std::string_view text) { e.warned += warning_line(text); },
+                     [&](std::string_view lines) { e.printed += lines; });
   try {
-    call();
+    if constexpr (std::invocable<Call, const messages&>) {
+      call(say);
+    } else {
+      call();
+    }
   } catch (const run_end& end) {
     e.status = end.status;
     e.error = end.text;
+    e.printed += end.printed;
   }
-  e.printed = testing::internal::GetCapturedStdout();
-  e.warned = testing::internal::GetCapturedStderr();
   return e;
 }
 

@@ -35,7 +35,8 @@
 #include "symmetry/enforcement.hpp"        // for get_enforce_symm
 #include "text/fixed_text.hpp"             // for text
 #include "text/layout.hpp"                 // for layout
-#include "text/output_file.hpp"            // for output_file, tell
+#include "text/messages.hpp"               // for messages
+#include "text/output_file.hpp"            // for output_file
 #include "text/stop.hpp"                   // for fail
 
 namespace vbn {
@@ -58,7 +59,7 @@ void take_keys(run_data& run) {
 void read_keys(run_data& run, std::string_view argument) {
   init(run.input);
   run.input.finp = argument;
-  read_input(run.input);
+  read_input(run.input, run.say);
   run.input.prefix = "vbn";
   run.fout = output_file(run.input.prefix.str() + ".out");
   take_keys(run);
@@ -81,7 +82,7 @@ void require_equal_sizes(const run_data& run) {
 void read_states(run_data& run) {
   states& one = run.state(1);
   states& two = run.state(2);
-  qm_file files[] = {get_na(one.file, one.atoms), get_na(two.file, two.atoms)};
+  qm_file files[] = {get_na(one.file, one.atoms, run.say), get_na(two.file, two.atoms, run.say)};
   require_equal_sizes(run);
   for (int k = 1; k <= 2; ++k) {
     get_oniom_index(files[k - 1], run.state(k).atoms.natom, run.state(k).file);
@@ -91,19 +92,19 @@ void read_states(run_data& run) {
     get_hess(std::move(files[k - 1]), it.file, it.atoms, it.force);
     it.modes.freq0 = frequencies_of(it.force.fcm());
   }
-  warn_of_files(run.state);
+  warn_of_files(run.state, run.say);
 }
 
 // The state of the couplings or dipole derivatives of a file: the first whose geometry is that of the file.
 // If there is none, a line is printed and the choice of the input is used.
-void choose_state(bool first, bool second, const text<200>& file, int& proj) {
+void choose_state(bool first, bool second, const text<200>& file, int& proj, const messages& say) {
   static const layout mismatch(R"(("Error! The coordiantes from ",a," are different from two states!"))");
   if (first) {
     proj = 1;
   } else if (second) {
     proj = 2;
   } else {
-    tell(mismatch, {file.trimmed()});
+    say.tell(mismatch, {file.trimmed()});
   }
 }
 
@@ -112,12 +113,12 @@ void read_couplings(run_data& run) {
   input_data& input = run.input;
   array1<states>& state = run.state;
   if (input.do_nacme) {
-    get_nacme(state.span());
-    choose_state(state(1).couplings.ifnac, state(2).couplings.ifnac, input.fnacme, input.proj_nacme);
+    get_nacme(state.span(), run.say);
+    choose_state(state(1).couplings.ifnac, state(2).couplings.ifnac, input.fnacme, input.proj_nacme, run.say);
   }
   if (input.do_tdipd) {
-    get_tdipd(state.span());
-    choose_state(state(1).dipole.ifdip, state(2).dipole.ifdip, input.ftdipd, input.proj_tdipd);
+    get_tdipd(state.span(), run.say);
+    choose_state(state(1).dipole.ifdip, state(2).dipole.ifdip, input.ftdipd, input.proj_tdipd, run.say);
   }
 }
 
@@ -143,11 +144,11 @@ void bring_to_frames(run_data& run) {
     if (input.if_isotope)
       get_isotope(it.file, max_list, input.mass_atom, input.mass_type, it.atoms, it.force);
   }
-  for (states& it : run.state) get_inertial(it);
-  for (states& it : run.state) get_enforce_symm(input.enforce_symm, input.symm_tol, it);
+  for (states& it : run.state) get_inertial(it, run.say);
+  for (states& it : run.state) get_enforce_symm(input.enforce_symm, input.symm_tol, it, run.say);
   for (states& it : run.state) {
     // The forces of the other layer fix the position of an ONIOM state, so it is not projected.
-    if (!it.file.ifoniom) get_proj_hessian(it.atoms, input.proj_hessian, it.force);
+    if (!it.file.ifoniom) get_proj_hessian(it.atoms, input.proj_hessian, it.force, run.say);
     if (input.point_group) it.modes.freq1 = frequencies_of(it.force.fcm());
   }
 }
@@ -171,18 +172,18 @@ void find_modes(run_data& run) {
     print_freq0(run.fout, run.state(k).modes, k);
     print_freq(run.fout, run.state(k).modes, k);
   }
-  warn_of_modes(run.state);
+  warn_of_modes(run.state, run.say);
   if (!run.input.point_group) return;
   for (states& it : run.state) get_point_group(it.atoms.sqtmass, it.symmetry, it.force, it.modes);
-  for (const states& it : run.state) print_point_group(it, run.fout);
+  for (const states& it : run.state) print_point_group(it, run.fout, run.say);
 }
 
 void find_internal_coordinates(run_data& run) {
   const input_data& input = run.input;
-  for (states& it : run.state) it.internal = get_int_coord(it.atoms, it.file.ffreq.str(), input);
+  for (states& it : run.state) it.internal = get_int_coord(it.atoms, it.file.ffreq.str(), input, run.say);
   for (const states& it : run.state) print_int_coord(it.internal, it.atoms, run.fout);
   for (states& it : run.state)
-    it.basis = get_int_gmatrix(it.atoms, it.internal.br, it.file.ffreq.str(), input.gcut, run.fout);
+    it.basis = get_int_gmatrix(it.atoms, it.internal.br, it.file.ffreq.str(), input.gcut, run.fout, run.say);
   for (states& it : run.state)
     if (input.proj_f0) get_proj_f0(it.basis.bm, it.force);
 }
@@ -192,10 +193,10 @@ void relate_modes(run_data& run) {
   const input_data& input = run.input;
   if (input.eckart_rot == 1) align_states(run);
   use_same_hessian(run.state, input.same_hessian);
-  get_vbn(run.state, input);
-  set_positive_diag(run.state, input.positive_diag, input);
-  set_proper_rotation(run.state, input.proper_rotation, input);
-  warn_of_distance(run.state);
+  get_vbn(run.state, input, run.say);
+  set_positive_diag(run.state, input.positive_diag, input, run.say);
+  set_proper_rotation(run.state, input.proper_rotation, input, run.say);
+  warn_of_distance(run.state, run.say);
 }
 
 void require_state(int proj, const char* key, const text<200>& file) {
@@ -219,7 +220,7 @@ void report_couplings(run_data& run, std::string_view fname) {
   if (input.do_tdipd) {
     require_state(input.proj_tdipd, "proj_tdipd", input.ftdipd);
     const states& excited = run.state(input.proj_tdipd);
-    write_tdipd(excited.dipole.dip0, proj_dip(excited.dipole, excited.atoms, modes.cm), fname);
+    write_tdipd(excited.dipole.dip0, proj_dip(excited.dipole, excited.atoms, modes.cm, run.say), fname);
   }
   get_nacme_n3(run.state, fname);
 }
@@ -228,14 +229,14 @@ void write_cartesian_route(run_data& run) {
   const std::string fname = run.input.prefix.str() + ".cart";
   report_couplings(run, fname);
   write_vbn(run.state, fname, run.input);
-  write_file_coord(run.state, run.input.prefix.trimmed());
+  write_file_coord(run.state, run.input.prefix.trimmed(), run.say);
 }
 
 void write_internal_route(run_data& run) {
-  check_int_coord(run.state, run.input.d_sign_same_to_cart);
+  check_int_coord(run.state, run.input.d_sign_same_to_cart, run.say);
   print_differences(run.state(1), run.state(2), run.fout);
   if (run.input.proj_reorg) proj_reorg_ene(run.state);
-  warn_of_routes(run.state);
+  warn_of_routes(run.state, run.say);
   write_vbn_int(run.state, run.input.prefix.str() + ".dint", run.input);
 }
 

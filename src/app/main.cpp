@@ -4,17 +4,23 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
-#include "app/driver.hpp"  // for run_stages
-#include "text/stop.hpp"   // for run_end
+#include "app/driver.hpp"     // for run_stages
+#include "text/messages.hpp"  // for messages
+#include "text/stop.hpp"      // for run_end, fault_message, warning_line
 
 namespace {
+
+void write_to(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
 
 // Runs all stages and returns how the run ended. The data of the run are destroyed by then, so the log is
 // closed.
 vbn::run_end run_to_its_end(const char* argument) {
   try {
     vbn::run_data run;
+    run.say = vbn::messages([](std::string_view text) { write_to(stderr, vbn::warning_line(text)); },
+                            [](std::string_view lines) { write_to(stdout, lines); });
     vbn::run_stages(run, argument);
     run.fout.close();
     return {};
@@ -33,11 +39,12 @@ vbn::run_end run_to_its_end(const char* argument) {
 
 int main(int argc, char** argv) {
   vbn::run_end end = run_to_its_end(argc > 1 ? argv[1] : "");
+  write_to(stdout, end.printed);
   // Standard output may be a full disk or a closed pipe: only this flush shows it.
   if (std::fflush(stdout) != 0 && end.status == 0) {
     end.status = 1;
     end.text += vbn::fault_message({.what = "cannot write to standard output"});
   }
-  std::fwrite(end.text.data(), 1, end.text.size(), stderr);
+  write_to(stderr, end.text);
   return end.status;
 }

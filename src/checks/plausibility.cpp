@@ -9,8 +9,8 @@
 #include "molecule/constants.hpp"        // for au_to_cm, bohr_to_ang, external_modes, first_vibration
 #include "molecule/external_motion.hpp"  // for rotational_residual
 #include "molecule/geometry.hpp"         // for root_mean_square_of_atoms
+#include "text/messages.hpp"             // for messages
 #include "text/number.hpp"               // for write_fixed
-#include "text/stop.hpp"                 // for warn
 #include "text/words.hpp"                // for adjustl
 
 namespace vbn {
@@ -46,33 +46,33 @@ bool is_linear(const states& state) {
 
 }  // namespace
 
-void warn_of_files(const array1<states>& state) {
+void warn_of_files(const array1<states>& state, const messages& say) {
   for (int k = 1; k <= 2; ++k) {
     if (state(k).file.ifoniom) continue;  // the other layer acts on its atoms
     const double felt = rotational_residual(state(k).force.fcm(), state(k).atoms.massau, state(k).atoms.x);
     if (felt < frame_limit) continue;
-    warn(of_state(state(k), k) + ": a rotation of the molecule changes its forces by " +
-         with_digits(100.0 * felt, 1) +
-         " % of the largest; the Hessian is in another frame than the geometry, or the geometry is not a "
-         "stationary point");
+    say.warn(of_state(state(k), k) + ": a rotation of the molecule changes its forces by " +
+             with_digits(100.0 * felt, 1) +
+             " % of the largest; the Hessian is in another frame than the geometry, or the geometry is not a "
+             "stationary point");
   }
   for (int i = 1; i <= state(1).atoms.natom; ++i) {
     if (state(1).atoms.nat(i) == state(2).atoms.nat(i)) continue;
-    warn("atom " + std::to_string(i) + " is " + state(1).atoms.symbol(i).str() + " in " +
-         state(1).file.ffreq.str() + " and " + state(2).atoms.symbol(i).str() + " in " +
-         state(2).file.ffreq.str() +
-         ": displacements are reliable only with the same order of the atoms in both files");
+    say.warn("atom " + std::to_string(i) + " is " + state(1).atoms.symbol(i).str() + " in " +
+             state(1).file.ffreq.str() + " and " + state(2).atoms.symbol(i).str() + " in " +
+             state(2).file.ffreq.str() +
+             ": displacements are reliable only with the same order of the atoms in both files");
     return;
   }
 }
 
-void warn_of_modes(const array1<states>& state) {
+void warn_of_modes(const array1<states>& state, const messages& say) {
   for (int k = 1; k <= 2; ++k) {
     const states& it = state(k);
     if (is_linear(it)) {
-      warn(of_state(it, k) +
-           ": the molecule is linear and has five external modes; mode 6 is a vibration, but sums "
-           "and tables from mode 7 on leave it out");
+      say.warn(of_state(it, k) +
+               ": the molecule is linear and has five external modes; mode 6 is a vibration, but sums "
+               "and tables from mode 7 on leave it out");
     }
     int imaginary = 0;
     int zero = 0;
@@ -82,25 +82,27 @@ void warn_of_modes(const array1<states>& state) {
       if (std::abs(freq) <= near_zero) ++zero;
     }
     if (imaginary > 0) {
-      warn(of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
-           with_digits(au_to_cm * it.modes.freq(1), 2) +
-           " cm-1; they come first and move translations or rotations to higher numbers");
+      say.warn(of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
+               with_digits(au_to_cm * it.modes.freq(1), 2) +
+               " cm-1; they come first and move translations or rotations to higher numbers");
     }
     if (zero > external_modes) {
-      warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " + with_digits(near_zero, 1) +
-           " cm-1, six of which are translations and rotations; the Huang-Rhys factors of the others "
-           "are not reliable");
+      say.warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " +
+               with_digits(near_zero, 1) +
+               " cm-1, six of which are translations and rotations; the Huang-Rhys factors of the others "
+               "are not reliable");
     }
   }
 }
 
-void warn_of_distance(const array1<states>& state) {
+void warn_of_distance(const array1<states>& state, const messages& say) {
   const states& one = state(1);
   const double distance = bohr_to_ang * root_mean_square_of_atoms(state(2).atoms.x, one.atoms.x);
   if (distance > far_apart) {
-    warn("the two geometries are " + with_digits(distance, 3) +
-         " angstrom (root mean square) apart: another conformer or another order of the atoms, or a motion "
-         "too large for Cartesian displacements");
+    say.warn(
+        "the two geometries are " + with_digits(distance, 3) +
+        " angstrom (root mean square) apart: another conformer or another order of the atoms, or a motion "
+        "too large for Cartesian displacements");
   }
   if (one.atoms.n3 < first_vibration) return;
   double alike = 0.0;
@@ -112,21 +114,21 @@ void warn_of_distance(const array1<states>& state) {
   }
   alike /= one.atoms.n3 - external_modes;
   if (alike < little_alike) {
-    warn("the modes of the two states hardly resemble each other (mean square of the largest overlaps " +
-         with_digits(alike, 2) + "): another conformer or another order of the atoms");
+    say.warn("the modes of the two states hardly resemble each other (mean square of the largest overlaps " +
+             with_digits(alike, 2) + "): another conformer or another order of the atoms");
   }
 }
 
-void warn_of_routes(const array1<states>& state) {
+void warn_of_routes(const array1<states>& state, const messages& say) {
   for (int k = 1; k <= 2; ++k) {
     const double cart = au_to_cm * state(k).cart.lamt;
     const double dint = au_to_cm * state(k).dint.lamt;
     const double low = std::min(cart, dint);
     const double high = std::max(cart, dint);
     if (high - low < routes_difference || high < routes_ratio * low) continue;
-    warn(of_state(state(k), k) + ": the total reorganisation energy is " + with_digits(cart, 1) +
-         " cm-1 with Cartesian and " + with_digits(dint, 1) +
-         " cm-1 with internal coordinates; the motion is too large for at least one of the two");
+    say.warn(of_state(state(k), k) + ": the total reorganisation energy is " + with_digits(cart, 1) +
+             " cm-1 with Cartesian and " + with_digits(dint, 1) +
+             " cm-1 with internal coordinates; the motion is too large for at least one of the two");
   }
 }
 

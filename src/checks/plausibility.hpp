@@ -3,22 +3,23 @@
 
 #include "linalg/array.hpp"     // for array1
 #include "molecule/record.hpp"  // for states
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
-// Each of these prints one line for each problem, and changes no file and no exit status.
+// Each of these gives one warning for each problem, and changes no file and no exit status.
 
 // After the files have been read: a Hessian in another frame than the geometry, or of a geometry that is not
 // a stationary point; atoms of different elements in the two states.
-void warn_of_files(const array1<states>& state);
+void warn_of_files(const array1<states>& state, const messages& say);
 
 // After the frequencies: a linear molecule, imaginary frequencies, more than six frequencies near zero.
-void warn_of_modes(const array1<states>& state);
+void warn_of_modes(const array1<states>& state, const messages& say);
 
 // After the Duschinsky matrix: geometries far apart, or modes that do not resemble each other.
-void warn_of_distance(const array1<states>& state);
+void warn_of_distance(const array1<states>& state, const messages& say);
 
 // After the internal route: total reorganisation energies of the two routes that differ by much.
-void warn_of_routes(const array1<states>& state);
+void warn_of_routes(const array1<states>& state, const messages& say);
 
 }  // namespace vbn

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "couplings/same_molecule.hpp"  // for same_count, same_masses, same_geometry
+#include "couplings/same_molecule.hpp"  // for require_same_count, require_same_masses, same_geometry
 #include "frame/inertial.hpp"           // for inertm, inertmv2_ref and warn_of_dipole_turn
 #include "linalg/matmul.hpp"            // for transposed_product
 #include "molecule/constants.hpp"       // for first_vibration
@@ -15,12 +15,13 @@
 #include "readers/qm_file.hpp"          // for qm_file_natom, qm_file_mass, qm_file_coord, qm_file_tdipd
 #include "text/layout.hpp"              // for layout
 #include "text/output_file.hpp"         // for output_file
-#include "text/stop.hpp"                // for stop
 #include "text/words.hpp"               // for trim
 
 namespace vbn {
 
 namespace {
+
+constexpr int mismatch_status = 0;  // exit status for a file of another molecule
 
 bool geometry_matches(const dipole_data& dipole, const atom_data& atoms) {
   array2<double> x1 = atoms.x;
@@ -34,12 +35,12 @@ bool geometry_matches(const dipole_data& dipole, const atom_data& atoms) {
 
 }  // namespace
 
-void get_tdipd(std::span<states> state) {
+void get_tdipd(std::span<states> state, const messages& say) {
   dipole_data read;
   read.ftdipd = state.front().dipole.ftdipd;
-  qm_file file = open_qm_file(read.ftdipd.trimmed());
+  qm_file file = open_qm_file(read.ftdipd.trimmed(), say);
   const int natom = qm_file_natom(file).value_or(0);
-  if (!same_count(state.front(), file, natom)) stop();
+  require_same_count(state.front(), file, natom, mismatch_status);
 
   const array1<double> mass = qm_file_mass(file, natom);
   read.x_dip = qm_file_coord(file, natom);
@@ -48,13 +49,14 @@ void get_tdipd(std::span<states> state) {
   read.tdipd_x = std::move(dipole.tdipd_x);
   for (states& it : state) {
     it.dipole = read;
-    if (!same_masses(it, file, mass)) stop();
+    require_same_masses(it, file, mass, mismatch_status);
     it.dipole.ifdip = geometry_matches(it.dipole, it.atoms);
   }
 }
 
-array2<double> proj_dip(const dipole_data& dipole, const atom_data& atoms, const array2<double>& cm) {
-  warn_of_dipole_turn(dipole);
+array2<double> proj_dip(const dipole_data& dipole, const atom_data& atoms, const array2<double>& cm,
+                        const messages& say) {
+  warn_of_dipole_turn(dipole, say);
   const int n3 = atoms.n3;
   array2<double> tdipd_q(3, n3);
   std::vector<double> weighted(static_cast<std::size_t>(n3));

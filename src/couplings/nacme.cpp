@@ -1,18 +1,19 @@
 // Reads the coupling file and compares its geometry with that of each state.
 #include "couplings/nacme.hpp"  // for the interface
 
-#include "couplings/same_molecule.hpp"  // for same_count, same_masses, same_geometry
+#include "couplings/same_molecule.hpp"  // for require_same_count, require_same_masses, same_geometry
 #include "frame/inertial.hpp"           // for inertm and inertmv_ref
 #include "molecule/geometry.hpp"        // for root_sum_square
 #include "readers/atom_count.hpp"       // for qm_file_natom_oniom_qm, qm_file_oniom_index
 #include "readers/file_type.hpp"        // for open_qm_file
 #include "readers/qm_file.hpp"          // for qm_file_natom, qm_file_mass, qm_file_coord, qm_file_nacme
 #include "readers/scan.hpp"             // for search_word_free
-#include "text/stop.hpp"                // for exit_run
 
 namespace vbn {
 
 namespace {
+
+constexpr int mismatch_status = 1;  // exit status for a file of another molecule
 
 // The masses of the high layer, whose atom i is at place iqm(i), and its columns of an array over all atoms.
 array1<double> of_layer(const array1<double>& all, const array1<int>& iqm) {
@@ -40,10 +41,10 @@ bool geometry_matches(const coupling_data& couplings, const atom_data& atoms) {
 
 }  // namespace
 
-void get_nacme(std::span<states> state) {
+void get_nacme(std::span<states> state, const messages& say) {
   coupling_data read;
   read.fnacm = state.front().couplings.fnacm;
-  qm_file file = open_qm_file(read.fnacm.trimmed());
+  qm_file file = open_qm_file(read.fnacm.trimmed(), say);
   read.fnacm_type = name_of(file.kind);
   read.fnacm_version = file.version;
   file.file.rewind();
@@ -55,7 +56,7 @@ void get_nacme(std::span<states> state) {
   } else {
     count.nqm = count.nqmmm = qm_file_natom(file).value_or(0);
   }
-  if (!same_count(state.front(), file, count.nqm)) exit_run(1);
+  require_same_count(state.front(), file, count.nqm, mismatch_status);
 
   array1<double> mass = qm_file_mass(file, count.nqmmm);
   read.x_nac = qm_file_coord(file, count.nqmmm);
@@ -72,7 +73,7 @@ void get_nacme(std::span<states> state) {
   read.tranele = couplings.tranele;
   for (states& it : state) {
     it.couplings = read;
-    if (!same_masses(it, file, mass)) exit_run(1);
+    require_same_masses(it, file, mass, mismatch_status);
     it.couplings.ifnac = geometry_matches(it.couplings, it.atoms);
   }
 }

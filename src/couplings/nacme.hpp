@@ -4,6 +4,7 @@
 #include <span>
 
 #include "molecule/record.hpp"  // for states
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
@@ -13,6 +14,6 @@ namespace vbn {
 // another number of atoms or other masses (whole numbers of amu are compared) gives lines on standard output
 // and ends the run with status 1; a file that cannot be read ends it with a message. Needs `fnacm`, `ffreq`
 // and the atoms.
-void get_nacme(std::span<states> state);
+void get_nacme(std::span<states> state, const messages& say);
 
 }  // namespace vbn

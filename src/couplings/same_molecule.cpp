@@ -3,10 +3,10 @@
 
 #include <cmath>
 
-#include "readers/qm_file.hpp"   // for name_of
-#include "text/layout.hpp"       // for layout
-#include "text/output_file.hpp"  // for tell
-#include "text/stop.hpp"         // for warn
+#include "readers/qm_file.hpp"  // for name_of
+#include "text/layout.hpp"      // for layout
+#include "text/messages.hpp"    // for lines_of
+#include "text/stop.hpp"        // for stop_printed
 
 namespace vbn {
 
@@ -23,28 +23,27 @@ const layout ending(R"((2x, "Stop!"))");
 
 }  // namespace
 
-bool same_count(const states& state, const qm_file& file, int count) {
-  if (count == state.atoms.natom) return true;
+void require_same_count(const states& state, const qm_file& file, int count, int status) {
+  if (count == state.atoms.natom) return;
   if (count < 1) {
-    warn("no atoms found in " + file.file.name() +
-         (file.kind == file_kind::unknown ? ": no known program writes such a file"
-                                          : ", which is read as a " + name_of(file.kind) + " file"));
+    file.file.warn("no atoms found in " + file.file.name() +
+                   (file.kind == file_kind::unknown
+                        ? ": no known program writes such a file"
+                        : ", which is read as a " + name_of(file.kind) + " file"));
   }
-  tell(other_count, {state.file.ffreq.trimmed(), file.file.name()});
-  tell(both_counts, {state.atoms.natom, count});
-  tell(ending);
-  return false;
+  stop_printed(lines_of(other_count, {state.file.ffreq.trimmed(), file.file.name()}) +
+                   lines_of(both_counts, {state.atoms.natom, count}) + lines_of(ending),
+               status);
 }
 
-bool same_masses(const states& state, const qm_file& file, const array1<double>& mass) {
+void require_same_masses(const states& state, const qm_file& file, const array1<double>& mass, int status) {
   for (int i = 1; i <= state.atoms.natom; ++i) {
     if (std::abs(std::trunc(mass(i)) - std::trunc(state.atoms.mass(i))) <= same_mass) continue;
-    tell(other_mass, {state.file.ffreq.trimmed(), file.file.name()});
-    tell(both_masses, {i, state.atoms.symbol(i), state.atoms.mass(i), mass(i)});
-    tell(ending);
-    return false;
+    stop_printed(lines_of(other_mass, {state.file.ffreq.trimmed(), file.file.name()}) +
+                     lines_of(both_masses, {i, state.atoms.symbol(i), state.atoms.mass(i), mass(i)}) +
+                     lines_of(ending),
+                 status);
   }
-  return true;
 }
 
 }  // namespace vbn

@@ -9,10 +9,10 @@ namespace vbn {
 
 inline constexpr double same_geometry = 0.001;  // bohr, root of the summed squares over all coordinates
 
-// Whether the file has as many atoms (`count`) as the state, or the same masses (`mass` in amu, whole numbers
-// compared). If not, lines on standard output say so, and the caller ends the run. For a file without atoms a
-// warning says as what it was read.
-bool same_count(const states& state, const qm_file& file, int count);
-bool same_masses(const states& state, const qm_file& file, const array1<double>& mass);
+// Ends the run with the exit status unless the file has as many atoms (`count`) as the state, or the same
+// masses (`mass` in amu, whole numbers compared). For a file without atoms a warning says as what it was
+// read.
+void require_same_count(const states& state, const qm_file& file, int count, int status);
+void require_same_masses(const states& state, const qm_file& file, const array1<double>& mass, int status);
 
 }  // namespace vbn

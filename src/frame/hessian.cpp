@@ -83,7 +83,7 @@ array2<double> read_files(qm_file freq_file, const file_data& file, atom_data& a
   if (file.fhess == file.ffreq) {
     fc = qm_file_fc(freq_file, n1);
   } else {
-    qm_file hess_file = open_qm_file(file.fhess.trimmed());
+    qm_file hess_file = open_qm_file(file.fhess.trimmed(), freq_file.file.say());
     fc = qm_file_fc(hess_file, n1);
     fit_gaussian_coord(freq_file, hess_file, fc, atoms.x);
   }

@@ -14,8 +14,7 @@
 #include "molecule/geometry.hpp"   // for com, root_sum_square, root_mean_square_of_coordinates
 #include "text/fixed_text.hpp"     // for text
 #include "text/layout.hpp"         // for layout
-#include "text/output_file.hpp"    // for tell_free, tell
-#include "text/stop.hpp"           // for warn
+#include "text/messages.hpp"       // for messages
 
 namespace vbn {
 
@@ -83,21 +82,23 @@ array2<double> sign_variant(int itype, const array2<double>& rotation) {
 }
 
 // Prints a geometry that differs from that of the frequency file.
-void tell_mismatch(const states& state, double d, const text<200>& file, const array2<double>& x_file) {
+void tell_mismatch(const states& state, double d, const text<200>& file, const array2<double>& x_file,
+                   const messages& say) {
   static const layout title(
       R"((2x,"The coordinate of atom in file ", a,   " is not equal to that in the file ", a))");
   static const layout coordinates("(6f15.7)");
-  tell_free({d, geometry_eps});
-  tell(title, {state.file.ffreq.trimmed(), file.trimmed()});
+  say.tell_free({d, geometry_eps});
+  say.tell(title, {state.file.ffreq.trimmed(), file.trimmed()});
   for (int i = 1; i <= state.atoms.natom; ++i) {
-    tell(coordinates, {state.atoms.x(1, i) * bohr_to_ang, state.atoms.x(2, i) * bohr_to_ang,
-                       state.atoms.x(3, i) * bohr_to_ang, x_file(1, i), x_file(2, i), x_file(3, i)});
+    say.tell(coordinates, {state.atoms.x(1, i) * bohr_to_ang, state.atoms.x(2, i) * bohr_to_ang,
+                           state.atoms.x(3, i) * bohr_to_ang, x_file(1, i), x_file(2, i), x_file(3, i)});
   }
 }
 
-void report_if_apart(const states& state, const text<200>& file, const array2<double>& x_file) {
+void report_if_apart(const states& state, const text<200>& file, const array2<double>& x_file,
+                     const messages& say) {
   const double d = root_mean_square_of_coordinates(state.atoms.x, x_file);
-  if (d > geometry_eps) tell_mismatch(state, d, file, x_file);
+  if (d > geometry_eps) tell_mismatch(state, d, file, x_file, say);
 }
 
 }  // namespace
@@ -152,7 +153,7 @@ double max_abs(std::span<const double> v) {
   return largest;
 }
 
-void get_inertial(states& state) {
+void get_inertial(states& state, const messages& say) {
   atom_data& atoms = state.atoms;
   array2<double> fc = fcm_to_fc(atoms.sqtmass, state.force.fcm());
   array2<double> vector;
@@ -162,7 +163,7 @@ void get_inertial(states& state) {
   coupling_data& couplings = state.couplings;
   if (couplings.ifnac) {
     inertmv_ref(atoms.mass, atoms.x, couplings.x_nac, couplings.nacme_x.span());
-    report_if_apart(state, couplings.fnacm, couplings.x_nac);
+    report_if_apart(state, couplings.fnacm, couplings.x_nac, say);
   }
   dipole_data& dipole = state.dipole;
   if (dipole.ifdip) {
@@ -171,7 +172,7 @@ void get_inertial(states& state) {
     const array2<double> rotation =
         inertmv2_ref(atoms.mass, atoms.x, dipole.x_dip, dipole.dip0.span(), dipole.tdipd_x.span());
     add_dipole_turn(dipole, rotation);
-    report_if_apart(state, dipole.ftdipd, dipole.x_dip);
+    report_if_apart(state, dipole.ftdipd, dipole.x_dip, say);
   }
 }
 
@@ -179,16 +180,17 @@ void add_dipole_turn(dipole_data& dipole, const array2<double>& rot) {
   dipole.dip_turn = dipole.dip_turn.rows() == 0 ? rot : matmul(rot, dipole.dip_turn);
 }
 
-void warn_of_dipole_turn(const dipole_data& dipole) {
+void warn_of_dipole_turn(const dipole_data& dipole, const messages& say) {
   const array2<double>& rot = dipole.dip_turn;
   double largest = 0.0;
   for (int i = 1; i <= rot.rows(); ++i)
     for (int j = 1; j <= rot.cols(); ++j)
       largest = std::max(largest, std::abs(rot(i, j) - (i == j ? 1.0 : 0.0)));
   if (largest <= turn_eps) return;
-  warn("the transition dipole derivatives in " + dipole.ftdipd.str() +
-       " are in another frame than the modes; only their dipole components are rotated, so the derivatives "
-       "along the modes are not reliable: use a file in the frame of the final coordinates in the log");
+  say.warn(
+      "the transition dipole derivatives in " + dipole.ftdipd.str() +
+      " are in another frame than the modes; only their dipole components are rotated, so the derivatives "
+      "along the modes are not reliable: use a file in the frame of the final coordinates in the log");
 }
 
 }  // namespace vbn

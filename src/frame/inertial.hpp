@@ -5,6 +5,7 @@
 
 #include "linalg/array.hpp"     // for array1, array2
 #include "molecule/record.hpp"  // for states, dipole_data
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
@@ -37,13 +38,13 @@ double max_abs(std::span<const double> v);
 // or of the dipole file is that of the state, the couplings or the dipole and the dipole index of its
 // derivatives, each to the frame of its own geometry that is nearest to `x`. A geometry of a file that then
 // differs by more than 0.001 bohr is printed to standard output, and the run continues.
-void get_inertial(states& state);
+void get_inertial(states& state, const messages& say);
 
 // Adds the rotation `rot` (3,3) of the dipole derivatives to `dip_turn`.
 void add_dipole_turn(dipole_data& dipole, const array2<double>& rot);
 
 // Warns when the frame of the dipole file is not that of the modes (to 1e-6): the displacement index of the
 // derivatives stays in the frame of the file.
-void warn_of_dipole_turn(const dipole_data& dipole);
+void warn_of_dipole_turn(const dipole_data& dipole, const messages& say);
 
 }  // namespace vbn

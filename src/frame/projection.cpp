@@ -10,7 +10,7 @@
 #include "molecule/constants.hpp"        // for external_modes
 #include "molecule/external_motion.hpp"  // for get_trans_rot_vec, formtrm1
 #include "molecule/geometry.hpp"         // for com
-#include "text/output_file.hpp"          // for tell_free
+#include "text/messages.hpp"             // for messages
 
 namespace vbn {
 
@@ -31,8 +31,8 @@ void vscal(double skal, std::span<double> v) {
 int slot(int i, int a) { return 3 * (i - 1) + a; }
 
 // Orthonormalises columns 2 to 6 of `v` against the columns before them; column 1 is unchanged. A column that
-// depends on those before it becomes zero, in mode 2 with a message.
-void gram_schmidt(array2<double>& v, bool tell_dependent) {
+// depends on those before it becomes zero, with lines on standard output.
+void gram_schmidt(array2<double>& v, const messages& say) {
   const int n = v.rows();
   for (int i = 2; i <= external_modes; ++i) {
     double* const vi = column(v, i);
@@ -47,10 +47,8 @@ void gram_schmidt(array2<double>& v, bool tell_dependent) {
       continue;
     }
     for (double& element : v.column(i)) element = 0.0;
-    if (tell_dependent) {
-      tell_free({"Dependent rotation vector no.", i - 3});
-      tell_free({"found in ECKART; assuming linear geometry"});
-    }
+    say.tell_free({"Dependent rotation vector no.", i - 3});
+    say.tell_free({"found in ECKART; assuming linear geometry"});
   }
 }
 
@@ -86,7 +84,7 @@ void projtrm_rot(const array2<double>& x, const array1<double>& mass, array2<dou
   hess = matmul(p, matmul(hess, p));
 }
 
-void project_xhessian_rot(const array2<double>& x, array2<double>& hess) {
+void project_xhessian_rot(const array2<double>& x, array2<double>& hess, const messages& say) {
   const int natom = x.cols();
   array2<double> v(hess.rows(), external_modes);
   // The root in single precision gives translations that are not exactly of unit length. Columns 2 and 3 are
@@ -101,7 +99,7 @@ void project_xhessian_rot(const array2<double>& x, array2<double>& hess) {
     v(slot(i, 1), 6) = x(2, i);
     v(slot(i, 2), 6) = -x(1, i);
   }
-  gram_schmidt(v, true);
+  gram_schmidt(v, say);
   project_out(v, hess);
 }
 
@@ -117,18 +115,18 @@ void project_mhessian_rot(const array2<double>& x, const array1<double>& mass, a
     for (double& element : v.column(k))
       element = square > smallest_square ? element / std::sqrt(square) : 0.0;
   }
-  gram_schmidt(v, false);
+  gram_schmidt(v, messages());
   project_out(v, fcm);
 }
 
-void get_proj_hessian(const atom_data& atoms, int proj_hessian, force_constants& force) {
+void get_proj_hessian(const atom_data& atoms, int proj_hessian, force_constants& force, const messages& say) {
   if (proj_hessian == 1) {
     array2<double> fcm = force.fcm();
     projtrm_rot(atoms.x, atoms.massau, fcm);
     force.set_fcm(atoms.sqtmass, std::move(fcm));
   } else if (proj_hessian == 2) {
     array2<double> fc = force.fc();
-    project_xhessian_rot(atoms.x, fc);
+    project_xhessian_rot(atoms.x, fc, say);
     force.set_fc(atoms.sqtmass, std::move(fc));
   } else if (proj_hessian == 3) {
     array2<double> fcm = force.fcm();

@@ -7,14 +7,14 @@
 #include <limits>
 #include <utility>
 
-#include "input/key_table.hpp"   // for input_key
-#include "input/namelist.hpp"    // for group_scanner
-#include "text/fixed_text.hpp"   // for text
-#include "text/free_form.hpp"    // for read_free
-#include "text/input_file.hpp"   // for input_file and read_free
-#include "text/layout.hpp"       // for layout
-#include "text/output_file.hpp"  // for tell
-#include "text/stop.hpp"         // for fail, stop
+#include "input/key_table.hpp"  // for input_key
+#include "input/namelist.hpp"   // for group_scanner
+#include "text/fixed_text.hpp"  // for text
+#include "text/free_form.hpp"   // for read_free
+#include "text/input_file.hpp"  // for input_file and read_free
+#include "text/layout.hpp"      // for layout
+#include "text/messages.hpp"    // for messages, lines_of
+#include "text/stop.hpp"        // for stop, stop_printed, fail
 
 namespace vbn {
 
@@ -224,10 +224,9 @@ char coordinate_type(std::span<const int> atoms, int natom) {
 void check_open(std::string_view name, const text<5>& mode) {
   static const layout line("(a)");
   if (mode == "none" || mode == "open" || mode == "close") return;
-  tell(line, {"Error!"});
-  tell(layout("(\"" + std::string(name) + " = \", a10)"), {mode});
-  tell(line, {std::string(name) + " should be none, open, close"});
-  stop();
+  const std::string key(name);
+  stop_printed(lines_of(line, {"Error!"}) + lines_of(layout("(\"" + key + " = \", a10)"), {mode}) +
+               lines_of(line, {key + " should be none, open, close"}));
 }
 
 void classify(const array2<int>& list, int count, int natom, array1<char>& type, std::string_view message) {
@@ -245,12 +244,12 @@ void init(input_data& input) {
   input.ffreq = ffreq;
 }
 
-void read_input(input_data& input) {
+void read_input(input_data& input, const messages& say) {
   if (input.finp.blank()) {
     fail({.what = "no input file is named", .expected = "its name on the command line, as in: vbn my.inp"});
   }
-  const input_file file(input.finp.trimmed());
-  group_scanner scanner(file.name(), file.content(), group_name);
+  const input_file file(input.finp.trimmed(), say);
+  group_scanner scanner(file.name(), file.content(), group_name, say);
   array1<std::size_t> text_form_at(input.def_add_int_coord_c.rows() * input.def_add_int_coord_c.cols());
   while (scanner.next_key()) {
     const input_key* key = find_key(scanner.key());

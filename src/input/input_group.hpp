@@ -1,7 +1,8 @@
 // The input file of a run: the defaults of its keys, the group read from it, and the check of the keys.
 #pragma once
 
-#include "input/keys.hpp"  // for input_data
+#include "input/keys.hpp"     // for input_data
+#include "text/messages.hpp"  // for messages
 
 namespace vbn {
 
@@ -15,7 +16,7 @@ void init(input_data& input);
 // A file that cannot be read, a group that is absent or not closed, an unknown key, a value of another type
 // than its key, an index outside the array, too many values: each ends the run with a message that shows the
 // place, exit status 1.
-void read_input(input_data& input);
+void read_input(input_data& input, const messages& say);
 
 // Checks the keys that depend on the number of atoms of the run, `natom`. Sets `if_block` and, with
 // `if_add_int_coord` and `if_del_int_coord`, the kinds `def_add_int_type` and `def_del_int_type` of the

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "text/number.hpp"  // for to_integer
-#include "text/stop.hpp"    // for fail, fail_in, warn
+#include "text/stop.hpp"    // for fail, fail_in
 #include "text/words.hpp"   // for is_letter
 
 namespace vbn {
@@ -29,8 +29,9 @@ bool ends_word(char c) { return is_blank(c) || c == ',' || c == '/' || c == '!';
 
 }  // namespace
 
-group_scanner::group_scanner(std::string_view file, std::string_view content, std::string_view group)
-    : file_(file), text_(content), group_(group) {
+group_scanner::group_scanner(std::string_view file, std::string_view content, std::string_view group,
+                             const messages& say)
+    : file_(file), text_(content), group_(group), say_(say) {
   std::size_t at = 0;
   while (!ended(at)) {
     if (text_[at] == '!') {
@@ -252,7 +253,7 @@ int group_scanner::line_of(std::size_t at) const {
 }
 
 void group_scanner::warn_at(std::size_t at, const std::string& what) const {
-  warn(std::string(file_) + ", line " + std::to_string(line_of(at)) + ": " + what);
+  say_.warn(std::string(file_) + ", line " + std::to_string(line_of(at)) + ": " + what);
 }
 
 void group_scanner::fail_at(std::size_t at, std::string what, std::string expected) const {

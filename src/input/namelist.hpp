@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/messages.hpp"  // for messages
+
 namespace vbn {
 
 // One subscript of an index: a number alone, or a section first:last:stride of which every part may be
@@ -27,8 +29,8 @@ struct group_value {
 };
 
 // Walks through the first group of a name in a text, in the notation of the Fortran standard's namelist
-// groups. The text must outlive the scanner. Places ("at") are offsets in the text. What cannot be read ends
-// the run with a message that shows the place.
+// groups. The text must outlive the scanner. Warnings go to `say`. Places ("at") are offsets in the text.
+// What cannot be read ends the run with a message that shows the place.
 //
 // Text before the group is skipped, and a comment there does not open it. Inside, blanks, tabs, line ends and
 // comments (from "!" to the end of the line) may separate any two items, but not split a word or a number. A
@@ -36,7 +38,7 @@ struct group_value {
 class group_scanner {
  public:
   // Finds "&group" and moves to the place after it. A text without the group ends the run.
-  group_scanner(std::string_view file, std::string_view content, std::string_view group);
+  group_scanner(std::string_view file, std::string_view content, std::string_view group, const messages& say);
 
   // Reads the next key. False at the "/" that closes the group.
   bool next_key();
@@ -57,7 +59,7 @@ class group_scanner {
   // At the closing "/": whether a word continues after it, as in a path without quotes.
   bool closes_inside_word() const;
 
-  // Prints a warning with the line number of the place.
+  // Gives a warning with the line number of the place.
   void warn_at(std::size_t at, const std::string& what) const;
   // Ends the run with a message that shows the line of the place.
   [[noreturn]] void fail_at(std::size_t at, std::string what, std::string expected) const;
@@ -79,6 +81,7 @@ class group_scanner {
   std::string_view file_;
   std::string_view text_;
   std::string group_;
+  messages say_;
   std::size_t opened_ = 0;  // where the group opens
   std::size_t pos_ = 0;
   std::string key_;

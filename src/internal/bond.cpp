@@ -8,7 +8,7 @@
 #include <string>
 
 #include "molecule/elements.hpp"  // for nat_to_radius
-#include "text/stop.hpp"          // for warn
+#include "text/messages.hpp"      // for messages
 
 namespace vbn {
 
@@ -47,14 +47,14 @@ double distance(const array2<double>& x, int i, int j) {
 void set_bond(array2<bool_>& bond, int i, int j, bool bonded) { bond(i, j) = bond(j, i) = bonded; }
 
 // Covalent radii in angstrom, 0 for an element without one.
-array1<double> radii(const array1<int>& nat) {
+array1<double> radii(const array1<int>& nat, const messages& say) {
   array1<double> radius(nat.size());
   for (int i = 1; i <= nat.size(); ++i) {
     const std::optional<double> known = nat_to_radius(nat(i));
     radius(i) = known.value_or(0.0);
     if (!known)
-      warn("no bond radius is known for atomic number " + std::to_string(nat(i)) + " of atom " +
-           std::to_string(i) + ": only the fixed distance limits give it bonds");
+      say.warn("no bond radius is known for atomic number " + std::to_string(nat(i)) + " of atom " +
+               std::to_string(i) + ": only the fixed distance limits give it bonds");
   }
   return radius;
 }
@@ -67,10 +67,10 @@ bool within_fixed_limit(int nat_i, int nat_j, double d) {
 
 }  // namespace
 
-array2<bool_> get_bond(const array2<double>& x, const array1<int>& nat) {
+array2<bool_> get_bond(const array2<double>& x, const array1<int>& nat, const messages& say) {
   const int n = nat.size();
   array2<bool_> bond(n, n);
-  const array1<double> radius = radii(nat);
+  const array1<double> radius = radii(nat, say);
   for (int i = 1; i < n; ++i)
     for (int j = i + 1; j <= n; ++j) {
       const double d = distance(x, i, j);

@@ -8,8 +8,8 @@
 #include "internal/reorganisation.hpp"  // for mode_length
 #include "linalg/matmul.hpp"            // for matmul
 #include "text/layout.hpp"              // for layout
-#include "text/output_file.hpp"         // for tell
-#include "text/stop.hpp"                // for stop
+#include "text/messages.hpp"            // for messages, lines_of
+#include "text/stop.hpp"                // for stop_printed
 
 namespace vbn {
 
@@ -23,19 +23,19 @@ const layout definitions_error(R"(("Error: Definitions of internal coordinates a
 const layout numbers_error(R"(("Error: numbers of internal coordinates are not same:", 2i6))");
 
 // Prints coordinates with other atoms in the other state, and stops if their numbers differ.
-void compare_definitions(const internal_coordinates& c1, const internal_coordinates& c2) {
+void compare_definitions(const internal_coordinates& c1, const internal_coordinates& c2,
+                         const messages& say) {
   const int nr = std::min(c1.nr, c2.nr);
   for (int i = 1; i <= nr; ++i)
     for (int j = 1; j <= 4; ++j)
       if (c1.intdef(j, i) != c2.intdef(j, i)) {
-        tell(changed_line, {i});
-        tell(definitions_line, {c1.intdef(1, i), c1.intdef(2, i), c1.intdef(3, i), c1.intdef(4, i),
-                                c2.intdef(1, i), c2.intdef(2, i), c2.intdef(3, i), c2.intdef(4, i)});
-        tell(definitions_error);
+        say.tell(changed_line, {i});
+        say.tell(definitions_line, {c1.intdef(1, i), c1.intdef(2, i), c1.intdef(3, i), c1.intdef(4, i),
+                                    c2.intdef(1, i), c2.intdef(2, i), c2.intdef(3, i), c2.intdef(4, i)});
+        say.tell(definitions_error);
       }
   if (c1.nr != c2.nr) {
-    tell(numbers_error, {c1.nr, c2.nr});
-    stop();
+    stop_printed(lines_of(numbers_error, {c1.nr, c2.nr}));
   }
 }
 
@@ -114,10 +114,10 @@ void take_signs(const array1<double>& d, mode_results& results) {
 
 }  // namespace
 
-void check_int_coord(array1<states>& state, bool d_sign_same_to_cart) {
+void check_int_coord(array1<states>& state, bool d_sign_same_to_cart, const messages& say) {
   states& s1 = state(1);
   states& s2 = state(2);
-  compare_definitions(s1.internal, s2.internal);
+  compare_definitions(s1.internal, s2.internal, say);
   s1.internal.zd = differences(s1.internal, s2.internal);
   s2.internal.zd = negative(s1.internal.zd);
   for (states& each : state) each.basis.cmr2 = matmul(top(each.basis.bm, each.basis.nv), each.modes.cm);

@@ -3,6 +3,7 @@
 
 #include "linalg/array.hpp"     // for array1
 #include "molecule/record.hpp"  // for states
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
@@ -10,6 +11,6 @@ namespace vbn {
 // signs), `cmr2` and the results `dint`, with the signs of the Cartesian route if the key is set. Needs the
 // non-redundant basis and the modes. Coordinates with other definitions in the two states are printed to
 // standard output; different numbers of them stop the run.
-void check_int_coord(array1<states>& state, bool d_sign_same_to_cart);
+void check_int_coord(array1<states>& state, bool d_sign_same_to_cart, const messages& say);
 
 }  // namespace vbn

@@ -10,7 +10,7 @@
 #include "linalg/matmul.hpp"       // for matmul, transposed
 #include "molecule/constants.hpp"  // for external_modes
 #include "text/layout.hpp"         // for layout
-#include "text/stop.hpp"           // for fail, stop, warn
+#include "text/stop.hpp"           // for stop_printed, fail
 
 namespace vbn {
 
@@ -100,7 +100,7 @@ double raised(double eigenvalue, double power) {
   fout.write(error_line);
   fout.write(remedy_line);
   fout.write(stop_line);
-  stop();
+  stop_printed("");
 }
 
 // The eigenvectors of G with eigenvalues above the cut, as columns in the order of the eigenvalues.
@@ -159,7 +159,8 @@ void matrix_power(double power, const array2<double>& a, array1<double>& e, arra
 }
 
 non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>& br,
-                                    const std::string& ffreq, double gcut, output_file& fout) {
+                                    const std::string& ffreq, double gcut, output_file& fout,
+                                    const messages& say) {
   const int nr = br.cols();
   const int n3 = atoms.n3;
   const array2<double> b = transposed(br);
@@ -176,8 +177,9 @@ non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>
   non_redundant_basis basis;
   basis.nv = n3 - external_modes;
   if (nv != basis.nv)
-    warn(ffreq + ": " + std::to_string(nv) + " independent internal coordinates, but 3N-6 is " +
-         std::to_string(basis.nv) + ": the route through them uses the first " + std::to_string(basis.nv));
+    say.warn(ffreq + ": " + std::to_string(nv) + " independent internal coordinates, but 3N-6 is " +
+             std::to_string(basis.nv) + ": the route through them uses the first " +
+             std::to_string(basis.nv));
 
   const array2<double> at = transposed(kept_vectors(e, v, gcut, nv));
   const array2<double> b1 = times_sparse(at, b);

@@ -5,6 +5,7 @@
 
 #include "linalg/array.hpp"      // for array1, array2
 #include "molecule/record.hpp"   // for atom_data, non_redundant_basis
+#include "text/messages.hpp"     // for messages
 #include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
@@ -16,7 +17,8 @@ namespace vbn {
 // that names the file `ffreq`, as the later steps use the first `nv`. After Wilson, J. Chem. Phys. 9 (1941)
 // 76, and Pulay, Fogarasi, J. Chem. Phys. 96 (1992) 2856.
 non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>& br,
-                                    const std::string& ffreq, double gcut, output_file& fout);
+                                    const std::string& ffreq, double gcut, output_file& fout,
+                                    const messages& say);
 
 // The matrix B M^-1 BT (m,m) of b(m,3n) and the n masses.
 array2<double> get_wilson_g_matrix(const array1<double>& mass, const array2<double>& b);

@@ -10,8 +10,8 @@
 #include "internal/wilson_rows.hpp"  // for the values and B rows
 #include "linalg/vector3.hpp"        // for vector3
 #include "text/layout.hpp"           // for layout
-#include "text/output_file.hpp"      // for tell_free, tell
-#include "text/stop.hpp"             // for fail_in, stop, warn
+#include "text/messages.hpp"         // for messages, lines_of, free_line
+#include "text/stop.hpp"             // for stop, fail_in
 
 namespace vbn {
 
@@ -33,6 +33,7 @@ struct coordinate {
 struct walk {
   const std::string& ffreq;
   const input_data& input;
+  const messages& say;
   array1<vector3> x;     // angstrom
   array2<bool_> bond;    // bond graph
   array1<int> bond_num;  // neighbours of each atom
@@ -118,9 +119,9 @@ void add_bend(walk& w, const bend& at) {
 void add_dihedral(walk& w, int kind, const bend& at, int l, const direction& lk, bool requested) {
   const double sinph3 = sine_of(-dot(lk.r, at.kj.r));
   if (requested && (at.sinphi < undefined_sine || sinph3 < undefined_sine)) {
-    warn("the added dihedral " + std::to_string(at.i) + " " + std::to_string(at.j) + " " +
-         std::to_string(at.k) + " " + std::to_string(l) + " has three atoms in a line in " + w.ffreq +
-         ": it is left out");
+    w.say.warn("the added dihedral " + std::to_string(at.i) + " " + std::to_string(at.j) + " " +
+               std::to_string(at.k) + " " + std::to_string(l) + " has three atoms in a line in " + w.ffreq +
+               ": it is left out");
     return;
   }
   add(w, kind, {at.i, at.j, at.k, l}, dihedral_row(at.ij, at.kj, lk));
@@ -205,8 +206,7 @@ bool use_impropers(const array1<int>& bond_num) {
   for (int i = 1; i <= bond_num.size(); ++i) {
     if (bond_num(i) == 0) {
       static const layout unconnected("(\"Atom \", i10)");
-      tell(unconnected, {i});
-      stop("unconnected atom in bmatred");
+      stop("unconnected atom in bmatred", lines_of(unconnected, {i}));
     }
     if (bond_num(i) > 1) ++n2bond;
   }
@@ -260,8 +260,7 @@ int def_int(const input_data& input, char int_type, int i, int j, int k, int l) 
       count = 4;
       break;
     default:
-      tell_free({"int_type should be 'b', 'a' or 'd'!"});
-      stop("STOP!");
+      stop("STOP!", free_line({"int_type should be 'b', 'a' or 'd'!"}));
   }
   const std::array<int, 4> atoms{i, j, k, l};
   for (int entry = 1; entry <= active_added(input); ++entry)
@@ -271,13 +270,13 @@ int def_int(const input_data& input, char int_type, int i, int j, int k, int l) 
   return 0;
 }
 
-internal_coordinates get_int_coord(const atom_data& atoms, const std::string& ffreq,
-                                   const input_data& input) {
+internal_coordinates get_int_coord(const atom_data& atoms, const std::string& ffreq, const input_data& input,
+                                   const messages& say) {
   refuse_coincident_atoms(atoms.x, ffreq);
   array2<double> xau = atoms.x;
   for (double& component : xau.span()) component *= bohr_to_ang;
 
-  walk w{ffreq, input, array1<vector3>(atoms.natom), get_bond(xau, atoms.nat), {}, false, {}, {}};
+  walk w{ffreq, input, say, array1<vector3>(atoms.natom), get_bond(xau, atoms.nat, say), {}, false, {}, {}};
   def_bond(input, w.bond);
   w.bond_num = get_bond_num(w.bond);
   w.impropt = use_impropers(w.bond_num);

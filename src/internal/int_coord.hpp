@@ -5,6 +5,7 @@
 
 #include "input/keys.hpp"       // for input_data
 #include "molecule/record.hpp"  // for atom_data, internal_coordinates
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
@@ -20,7 +21,8 @@ inline constexpr int kind_linear_torsion = 6;
 // in messages. Atoms without a neighbour, more than `max_redundant` coordinates or more than ten collinear
 // chains stop the run; so do two atoms at the same place. Stretches, bends and dihedrals on the bond graph
 // after Pulay, Fogarasi, Pang, Boggs, J. Am. Chem. Soc. 101 (1979) 2550.
-internal_coordinates get_int_coord(const atom_data& atoms, const std::string& ffreq, const input_data& input);
+internal_coordinates get_int_coord(const atom_data& atoms, const std::string& ffreq, const input_data& input,
+                                   const messages& say);
 
 // Looks a coordinate up in the lists of the input, the atoms compared in order and the kind of an entry
 // ignored: 1 if it is in the list of added coordinates, otherwise -1 if it is in the list of deleted ones,

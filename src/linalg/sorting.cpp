@@ -6,8 +6,8 @@
 #include <numeric>
 #include <utility>
 
-#include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for stop
+#include "text/messages.hpp"  // for free_line
+#include "text/stop.hpp"      // for stop_printed
 
 namespace vbn {
 namespace {
@@ -88,9 +88,7 @@ void indexx(std::span<const double> arr, array1<int>& indx) {
     }
     const auto [j, i] = sort.divide(l, ir);
     if (held == stack.size()) {
-      tell_free({"NSTACK too small in indexx"});
-      tell_free({"Stop"});
-      stop();
+      stop_printed(free_line({"NSTACK too small in indexx"}) + free_line({"Stop"}));
     }
     if (ir - i + 1 >= j - l) {
       stack[held++] = {i, ir};

@@ -9,8 +9,8 @@
 #include "modes/ordering.hpp"      // for vbn_ord
 #include "molecule/constants.hpp"  // for bohr_to_ang, first_vibration
 #include "text/layout.hpp"         // for layout
-#include "text/output_file.hpp"    // for tell
-#include "text/stop.hpp"           // for stop, warn
+#include "text/messages.hpp"       // for messages, lines_of
+#include "text/stop.hpp"           // for stop
 
 namespace vbn {
 
@@ -51,19 +51,20 @@ void test_fc(const array2<double>& c) {
   const int n = c.rows();
   const array2<double> c1 = matmul(c, c, op::transposed);
   bool failed = false;
+  std::string printed;
   for (int i = 1; i <= n; ++i) {
     for (int j = 1; j <= n; ++j) {
       if (i == j && c1(i, i) - 1.0 > orthogonality_eps) {
-        tell(element, {"c * c ", i, j, c1(i, i)});
+        printed += lines_of(element, {"c * c ", i, j, c1(i, i)});
         failed = true;
       }
       if (i != j && c1(i, j) > orthogonality_eps) failed = true;
     }
   }
-  if (failed) stop(" Test fc: fc matrix is not orthogonal! Stop!");
+  if (failed) stop(" Test fc: fc matrix is not orthogonal! Stop!", printed);
 }
 
-void get_vbn(array1<states>& state, const input_keys& keys) {
+void get_vbn(array1<states>& state, const input_keys& keys, const messages& say) {
   states& g = state(1);
   states& e = state(2);
   const int n3 = g.atoms.n3;
@@ -92,9 +93,10 @@ void get_vbn(array1<states>& state, const input_keys& keys) {
   mode_pairs pairs = vbn_ord(g.modes, e.modes, g.symmetry, keys);
   // Other signs of the modes give the same pairing; the warning is printed once.
   if (pairs.unpaired > 0 && pairs.order_g != g.modes.order) {
-    warn("if_symm pairs modes within representations: the last " + std::to_string(pairs.unpaired) +
-         " rows of the tables are modes without a partner; use point_group = t and the same point group in "
-         "both states");
+    say.warn(
+        "if_symm pairs modes within representations: the last " + std::to_string(pairs.unpaired) +
+        " rows of the tables are modes without a partner; use point_group = t and the same point group in "
+        "both states");
   }
   g.modes.order = std::move(pairs.order_g);
   e.modes.order = std::move(pairs.order_e);

@@ -4,6 +4,7 @@
 #include "input/keys.hpp"       // for input_keys
 #include "linalg/array.hpp"     // for array1, array2
 #include "molecule/record.hpp"  // for states
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
@@ -11,7 +12,7 @@ namespace vbn {
 // frequencies, geometries and the masses of state 1. Fills `s`, `order`, `zptlen` and `freqt` of the modes
 // and the results `cart` of both states. Stops the run: modes that are not orthonormal (see test_fc).
 // Published method: F. Duschinsky (1937).
-void get_vbn(array1<states>& state, const input_keys& keys);
+void get_vbn(array1<states>& state, const input_keys& keys, const messages& say);
 
 // Stops the run when a diagonal element of c^T c exceeds 1 or another element exceeds 0 by more than 1e-12;
 // each such diagonal element is printed to standard output. Shape: c (n,n).

@@ -30,23 +30,25 @@ double determinant(array2<double> c) {
 
 }  // namespace
 
-void set_positive_diag(array1<states>& state, bool positive_diag, const input_keys& keys) {
+void set_positive_diag(array1<states>& state, bool positive_diag, const input_keys& keys,
+                       const messages& say) {
   if (!positive_diag) return;
   states& g = state(1);
   states& e = state(2);
   const int n3 = g.atoms.n3;
   sort_vec_large(n3, n3, g.modes.cm);
   sort_vec_large(n3, n3, e.modes.cm);
-  get_vbn(state, keys);
+  get_vbn(state, keys, say);
   // Each test reads the matrix from before this call, so the changes of sign do not affect each other.
   for (int i = 1; i <= n3; ++i) {
     const int j2 = e.modes.order(i);
     if (g.modes.s(g.modes.order(i), j2) < 0.0) negate_column(e.modes.cm, j2);
   }
-  get_vbn(state, keys);
+  get_vbn(state, keys, say);
 }
 
-void set_proper_rotation(array1<states>& state, bool proper_rotation, const input_keys& keys) {
+void set_proper_rotation(array1<states>& state, bool proper_rotation, const input_keys& keys,
+                         const messages& say) {
   if (!proper_rotation) return;
   states& g = state(1);
   states& e = state(2);
@@ -64,7 +66,7 @@ void set_proper_rotation(array1<states>& state, bool proper_rotation, const inpu
   }
   if (determinant(g.modes.cm) < 0.0) negate_column(g.modes.cm, k1);
   if (determinant(e.modes.cm) < 0.0) negate_column(e.modes.cm, k2);
-  get_vbn(state, keys);
+  get_vbn(state, keys, say);
 }
 
 }  // namespace vbn

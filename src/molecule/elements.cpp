@@ -7,8 +7,8 @@
 #include "molecule/constants.hpp"  // for max_element
 #include "text/fixed_text.hpp"     // for text
 #include "text/layout.hpp"         // for layout
-#include "text/output_file.hpp"    // for tell_free, tell
-#include "text/stop.hpp"           // for stop
+#include "text/messages.hpp"       // for lines_of, free_line
+#include "text/stop.hpp"           // for stop_printed
 #include "text/words.hpp"          // for trim, adjustl, lowercase
 
 namespace vbn {
@@ -158,9 +158,7 @@ array1<text<2>> nat_to_symbol(const array1<int>& nat) {
   array1<text<2>> symbol(nat.size());
   for (int i = 1; i <= nat.size(); ++i) {
     if (!is_element(nat(i))) {
-      tell_free({"Error!"});
-      tell(out_of_range, {i, nat(i)});
-      stop();
+      stop_printed(free_line({"Error!"}) + lines_of(out_of_range, {i, nat(i)}));
     }
     symbol(i) = element_symbol(nat(i));
   }

@@ -10,9 +10,9 @@
 #include "molecule/elements.hpp"   // for element_symbol
 #include "text/fixed_text.hpp"     // for text
 #include "text/layout.hpp"         // for layout, value
+#include "text/messages.hpp"       // for messages
 #include "text/number.hpp"         // for write_fixed
 #include "text/output_file.hpp"    // for output_file
-#include "text/stop.hpp"           // for warn
 #include "text/words.hpp"          // for trim, lowercase
 
 namespace vbn {
@@ -75,7 +75,7 @@ text<2> partner_symbol(const text<2>& symbol) {
 }
 
 // The connectivity lines of one geometry, its atoms counted from `first`.
-void write_bonds(output_file& file, const array2<bool_>& bond, int natom, int first) {
+void write_bonds(output_file& file, const array2<bool_>& bond, int natom, int first, const messages& say) {
   // A layout for each number of partners, built once.
   static const std::vector<layout> bond_lines = [] {
     std::vector<layout> lines;
@@ -95,9 +95,9 @@ void write_bonds(output_file& file, const array2<bool_>& bond, int natom, int fi
       values.emplace_back(single_bond);
     }
     if (partners > max_partners) {
-      warn("atom " + std::to_string(i) + " has " + std::to_string(partners) +
-           " bonds to atoms of higher number; " + file.name() + " lists only the first " +
-           std::to_string(max_partners));
+      say.warn("atom " + std::to_string(i) + " has " + std::to_string(partners) +
+               " bonds to atoms of higher number; " + file.name() + " lists only the first " +
+               std::to_string(max_partners));
     }
     file.write(bond_lines[static_cast<std::size_t>(std::min(partners, max_partners))], values);
   }
@@ -147,7 +147,8 @@ void change_nat(const array1<int>& nat, array1<int>& nat1) {
 }
 
 void write_gjf_dx(std::string_view fgauss, const array2<double>& xg, const array2<double>& xe,
-                  const array2<bool_>& bondg, const array2<bool_>& bonde, const array1<text<2>>& symbol) {
+                  const array2<bool_>& bondg, const array2<bool_>& bonde, const array1<text<2>>& symbol,
+                  const messages& say) {
   const int natom = symbol.size();
   output_file file{std::string(fgauss)};
   file.line("# hf geom=connectivity");
@@ -163,8 +164,8 @@ void write_gjf_dx(std::string_view fgauss, const array2<double>& xg, const array
                           bohr_to_ang * xe(3, i)});
   }
   file.line("");
-  write_bonds(file, bondg, natom, 1);
-  write_bonds(file, bonde, natom, natom + 1);
+  write_bonds(file, bondg, natom, 1, say);
+  write_bonds(file, bonde, natom, natom + 1, say);
   file.close();
 }
 
@@ -240,14 +241,15 @@ void write_xyz_vib(std::string_view fxyz, const array1<text<2>>& symbol, const a
   file.close();
 }
 
-void write_file_coord(const array1<states>& state, std::string_view prefix) {
+void write_file_coord(const array1<states>& state, std::string_view prefix, const messages& say) {
   const std::string stem(trim(prefix));
   const states& g = state(1);
   const states& e = state(2);
   std::vector<double> dx(g.atoms.x.span().size());  // bohr
   for (std::size_t k = 0; k < dx.size(); ++k) dx[k] = e.atoms.x.span()[k] - g.atoms.x.span()[k];
 
-  write_gjf_dx(stem + ".dx.x.com", g.atoms.x, e.atoms.x, g.internal.bond, e.internal.bond, g.atoms.symbol);
+  write_gjf_dx(stem + ".dx.x.com", g.atoms.x, e.atoms.x, g.internal.bond, e.internal.bond, g.atoms.symbol,
+               say);
   write_xyz_dx(stem + ".dx.x.xyz", g.atoms.x, e.atoms.x, g.atoms.nat);
   write_xyz_vib(stem + ".vib1.xyz", g.atoms.symbol, g.atoms.x, cm_to_c(g.atoms.sqtmass, g.modes.cm),
                 g.modes.freq);

@@ -7,19 +7,21 @@
 #include "linalg/array.hpp"     // for array1, array2
 #include "molecule/record.hpp"  // for states
 #include "text/fixed_text.hpp"  // for text
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
 // Writes the five files ".dx.x.com", ".dx.x.xyz", ".dx.v.xyz", ".vib1.xyz" and ".vib2.xyz" of the stem
 // `prefix`. A state whose bonds were never searched (an empty `bond`) has no bonds in ".dx.x.com". A file
 // that cannot be written ends the run.
-void write_file_coord(const array1<states>& state, std::string_view prefix);
+void write_file_coord(const array1<states>& state, std::string_view prefix, const messages& say);
 
 // Gaussian input with both geometries, the second under partner symbols, and their bonds. `xg`, `xe`
 // (3,natom) in bohr, written in angstrom; `bondg`, `bonde` (natom,natom), or empty for no bonds. The format
 // lists at most ten partners of higher number for an atom; further ones are left out with a warning.
 void write_gjf_dx(std::string_view fgauss, const array2<double>& xg, const array2<double>& xe,
-                  const array2<bool_>& bondg, const array2<bool_>& bonde, const array1<text<2>>& symbol);
+                  const array2<bool_>& bondg, const array2<bool_>& bonde, const array1<text<2>>& symbol,
+                  const messages& say);
 
 // Both geometries (3,n), as given in bohr, the second under the symbols of partner elements.
 void write_xyz_dx(std::string_view fxyz_x, const array2<double>& x1, const array2<double>& x2,

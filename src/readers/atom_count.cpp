@@ -6,13 +6,13 @@
 #include <fstream>
 #include <string>
 
-#include "readers/qm_file.hpp"   // for qm_file_natom, name_of
-#include "readers/rows.hpp"      // for check_natom, next_row
-#include "readers/scan.hpp"      // for search_word_free
-#include "text/fixed_text.hpp"   // for text
-#include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for fail, fail_in, exit_run, warn
-#include "text/words.hpp"        // for word_of, name_main
+#include "readers/qm_file.hpp"  // for qm_file_natom, name_of
+#include "readers/rows.hpp"     // for check_natom, next_row
+#include "readers/scan.hpp"     // for search_word_free
+#include "text/fixed_text.hpp"  // for text
+#include "text/messages.hpp"    // for messages, free_line
+#include "text/stop.hpp"        // for stop_printed, fail, fail_in
+#include "text/words.hpp"       // for word_of, name_main
 
 namespace vbn {
 
@@ -64,29 +64,28 @@ bool can_be_read(const std::string& name) {
 text<200> checkpoint_of(std::string_view ffreq) {
   const text<200> fchk = name_main(ffreq) + ".fchk";
   if (!can_be_read(fchk.str())) {
-    tell_free({"Error! Can not find Gaussian fchk file!"});
-    tell_free({"Stop!"});
-    exit_run(1);
+    stop_printed(free_line({"Error! Can not find Gaussian fchk file!"}) + free_line({"Stop!"}), 1);
   }
   return fchk;
 }
 
-// Prints a warning with the name of the file before the stop for a count below 1.
+// Gives a warning with the name of the file before the stop for a count below 1.
 void warn_no_atoms(const qm_file& file, bool ifoniom) {
-  warn("no number of atoms found in " + file.file.name() +
-       (file.kind == file_kind::unknown ? ": no known program writes such a file"
-        : ifoniom ? ": it contains the word \"oniom\", but no atoms of layer \"H\" after \"Charge =\""
-                  : ", which is read as a " + name_of(file.kind) + " file"));
+  file.file.warn("no number of atoms found in " + file.file.name() +
+                 (file.kind == file_kind::unknown ? ": no known program writes such a file"
+                  : ifoniom
+                      ? ": it contains the word \"oniom\", but no atoms of layer \"H\" after \"Charge =\""
+                      : ", which is read as a " + name_of(file.kind) + " file"));
 }
 
 }  // namespace
 
-qm_file get_na(file_data& data, atom_data& atoms) {
+qm_file get_na(file_data& data, atom_data& atoms, const messages& say) {
   if (data.ffreq.blank()) {
     fail({.what = "no frequency file is named for one of the two states",
           .expected = "ffreq(1) and ffreq(2) in the group &vbn"});
   }
-  qm_file file = open_qm_file(data.ffreq.trimmed());
+  qm_file file = open_qm_file(data.ffreq.trimmed(), say);
   data.ffreq_type = name_of(file.kind);
   data.ffreq_version = file.version;
   data.fhess = data.ffreq;

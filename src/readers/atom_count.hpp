@@ -4,6 +4,7 @@
 #include "linalg/array.hpp"       // for array1
 #include "molecule/record.hpp"    // for file_data, atom_data
 #include "readers/file_type.hpp"  // for qm_file
+#include "text/messages.hpp"      // for messages
 
 namespace vbn {
 
@@ -12,7 +13,7 @@ namespace vbn {
 // the open file. A Gaussian log needs its ".fchk" sibling in the working directory; without it, and for a
 // file without atoms, the run ends with lines on standard output. A missing name, a file that cannot be
 // opened and a count too large for the size of the files end the run with a message.
-qm_file get_na(file_data& data, atom_data& atoms);
+qm_file get_na(file_data& data, atom_data& atoms, const messages& say);
 
 // For an ONIOM state: fills `iqm` and `iqm3`, the places in the file of the `natom` atoms of layer "H" and of
 // their Cartesian indices. Does nothing for any other state.

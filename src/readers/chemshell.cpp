@@ -9,8 +9,8 @@
 #include "readers/scan.hpp"           // for search_word, search_word_free, search_word_first_number
 #include "readers/triangle.hpp"       // for force_constant_matrix, mirror_upper
 #include "text/layout.hpp"            // for layout
-#include "text/output_file.hpp"       // for tell_free
-#include "text/stop.hpp"              // for stop, fail, warn
+#include "text/messages.hpp"          // for free_line
+#include "text/stop.hpp"              // for stop_printed, fail
 #include "text/words.hpp"             // for trim, word_of, is_number
 
 namespace vbn {
@@ -66,9 +66,8 @@ array2<double> chemshell_fc(input_file& file, int natom) {
   constexpr std::string_view expected = "a row of up to nine force constants from column 21 on";
   std::string_view line;
   if (!search_word(file, 23, "cartesian force constant matrix", line)) {
-    warn(file.name() + " has no force constants; use the output of a ChemShell force calculation");
-    tell_free({"No force matrix information found"});
-    stop();
+    file.warn(file.name() + " has no force constants; use the output of a ChemShell force calculation");
+    stop_printed(free_line({"No force matrix information found"}));
   }
   skip_rows(file, 1, "the force constants");
   array2<double> fc = force_constant_matrix(file, natom);

@@ -120,7 +120,7 @@ input_file without_tabs(input_file file) {
     }
     blanks += line;
   }
-  return input_file::from_memory(file.name(), blanks);
+  return input_file::from_memory(file.name(), blanks, file.say());
 }
 
 }  // namespace
@@ -140,7 +140,9 @@ file_kind qm_file_type(input_file& file, text<100>& version) {
   return kind;
 }
 
-qm_file open_qm_file(std::string_view fname) { return open_qm_file(input_file(fname)); }
+qm_file open_qm_file(std::string_view fname, const messages& say) {
+  return open_qm_file(input_file(fname, say));
+}
 
 qm_file open_qm_file(input_file file) {
   qm_file opened{without_tabs(std::move(file))};

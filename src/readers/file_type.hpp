@@ -7,6 +7,7 @@
 #include "readers/file_state.hpp"  // for file_state
 #include "text/fixed_text.hpp"     // for text
 #include "text/input_file.hpp"     // for input_file
+#include "text/messages.hpp"       // for messages
 
 namespace vbn {
 
@@ -41,8 +42,8 @@ struct qm_file {
 file_kind qm_file_type(input_file& file, text<100>& version);
 
 // Opens a file and finds its kind. Tabs become blanks up to the next multiple of eight columns. A file that
-// cannot be opened ends the run with a message that names it.
-qm_file open_qm_file(std::string_view fname);
+// cannot be opened ends the run with a message that names it. Warnings of its readers go to `say`.
+qm_file open_qm_file(std::string_view fname, const messages& say);
 // The same for a file that is open.
 qm_file open_qm_file(input_file file);
 

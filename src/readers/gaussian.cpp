@@ -12,9 +12,9 @@
 #include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_last_del_space, search_word_first_number
 #include "readers/triangle.hpp"  // for force_constant_matrix, mirror_upper
 #include "text/layout.hpp"       // for layout
+#include "text/messages.hpp"     // for lines_of, free_line
 #include "text/number.hpp"       // for to_integer
-#include "text/output_file.hpp"  // for tell_free, tell
-#include "text/stop.hpp"         // for fail, stop, warn
+#include "text/stop.hpp"         // for stop_printed, fail
 #include "text/words.hpp"        // for word_of
 
 namespace vbn {
@@ -135,14 +135,11 @@ array2<double> gaussian_fchk_fc(input_file& file, int natom) {
   constexpr std::string_view heading = "Cartesian Force Constants";
   std::string_view line;
   if (!search_word(file, 1, heading, line)) {
-    warn(file.name() +
-         " has no force constants; run a freq job and make its formatted checkpoint with formchk");
+    file.warn(file.name() +
+              " has no force constants; run a freq job and make its formatted checkpoint with formchk");
     static const layout empty("()");
-    tell(empty);
-    tell_free({"Error! Can not find 'Cartesian Force Constants'"});
-    tell_free({file.name()});
-    tell(empty);
-    stop();
+    stop_printed(lines_of(empty) + free_line({"Error! Can not find 'Cartesian Force Constants'"}) +
+                 free_line({file.name()}) + lines_of(empty));
   }
   const int count =
       row_integer(file, line, 6, "\"Cartesian Force Constants\", \"R\", \"N=\" and their number");

@@ -8,7 +8,6 @@
 #include "molecule/geometry.hpp"         // for largest_difference
 #include "readers/programs.hpp"          // for gaussian_log_coord_before, gaussian_fchk_coord
 #include "readers/scan.hpp"              // for search_word_free_last
-#include "text/stop.hpp"                 // for warn
 
 namespace vbn {
 
@@ -49,10 +48,10 @@ void fit_gaussian_coord(qm_file& log, qm_file& checkpoint, const array2<double>&
   if (std::min(by_checkpoint, by_frequencies) > far_better * felt) return;
   const bool take_checkpoint = by_checkpoint <= by_frequencies;
   x = take_checkpoint ? of_checkpoint : of_frequencies;
-  warn("the last geometry of " + log.file.name() + " does not fit the force constants of " +
-       checkpoint.file.name() +
-       (take_checkpoint ? "; the coordinates of that file are used"
-                        : "; the last geometry before the frequencies is used"));
+  log.file.warn("the last geometry of " + log.file.name() + " does not fit the force constants of " +
+                checkpoint.file.name() +
+                (take_checkpoint ? "; the coordinates of that file are used"
+                                 : "; the last geometry before the frequencies is used"));
 }
 
 }  // namespace vbn

@@ -11,9 +11,9 @@
 #include "readers/rows.hpp"       // for the rows of the tables
 #include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number
 #include "readers/triangle.hpp"  // for force_constant_matrix, read_lower_blocks, mirror_upper
+#include "text/messages.hpp"     // for free_line
 #include "text/number.hpp"       // for shortest
-#include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for fail, fail_in, stop, warn
+#include "text/stop.hpp"         // for stop_printed, fail, fail_in
 #include "text/words.hpp"        // for adjustl
 
 namespace vbn {
@@ -149,8 +149,8 @@ void molpro_nat(input_file& file, array1<int>& nat) {
   symbol_rows(file, 2, nat, symbol_letters, charge_word);
   const std::string wrong = wrong_mass(file, nat);
   if (!wrong.empty()) {
-    warn(file.name() + ": " + wrong +
-         "; the order of atoms in the force constants may differ from that of \"ATOMIC COORDINATES\"");
+    file.warn(file.name() + ": " + wrong +
+              "; the order of atoms in the force constants may differ from that of \"ATOMIC COORDINATES\"");
   }
 }
 
@@ -178,9 +178,8 @@ void molpro_coord(input_file& file, array2<double>& x) {
 array2<double> molpro_fc(input_file& file, int natom) {
   constexpr std::string_view expected = "a label and up to five force constants";
   if (!to_force_constants(file)) {
-    warn(file.name() + " has no force constants; ask Molpro for them with {frequencies;print,hessian}");
-    tell_free({"No force matrix information found"});
-    stop();
+    file.warn(file.name() + " has no force constants; ask Molpro for them with {frequencies;print,hessian}");
+    stop_printed(free_line({"No force matrix information found"}));
   }
   array2<double> fc = force_constant_matrix(file, natom);
   read_lower_blocks(

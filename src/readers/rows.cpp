@@ -10,9 +10,9 @@
 #include "molecule/elements.hpp"   // for symbol_to_nat, element_symbol, nat_to_mass
 #include "text/free_form.hpp"      // for read_free_after
 #include "text/layout.hpp"         // for layout
+#include "text/messages.hpp"       // for lines_of
 #include "text/number.hpp"         // for to_integer
-#include "text/output_file.hpp"    // for tell
-#include "text/stop.hpp"           // for fail, fail_in, stop, warn
+#include "text/stop.hpp"           // for stop_printed, fail, fail_in
 #include "text/words.hpp"          // for word_of, is_number, is_letter, lowercase
 
 namespace vbn {
@@ -56,10 +56,7 @@ void check_natom(const input_file& file, int natom) {
     static const layout error(R"x((2x,"Error!"))x");
     static const layout count(R"x((2x,"natom =", i20))x");
     static const layout stopped(R"x((2x,"Stop!"))x");
-    tell(error);
-    tell(count, {natom});
-    tell(stopped);
-    stop();
+    stop_printed(lines_of(error) + lines_of(count, {natom}) + lines_of(stopped));
   }
   if (static_cast<std::size_t>(natom) > file.content().size() / bytes_per_atom) {
     fail_in(file.name(), "the file is too short for " + std::to_string(natom) + " atoms",
@@ -69,7 +66,7 @@ void check_natom(const input_file& file, int natom) {
 
 void warn_if_cut(const input_file& file) {
   if (file.at_end() && !file.content().empty() && file.content().back() != '\n') {
-    warn(file.name() + " ends with a number and without a line end: the file may be cut off");
+    file.warn(file.name() + " ends with a number and without a line end: the file may be cut off");
   }
 }
 
@@ -80,8 +77,9 @@ void fail_missing(const input_file& file, std::string_view what, std::string_vie
 
 void tell_and_stop(std::initializer_list<std::string_view> lines) {
   static const layout whole_line("(a)");
-  for (const std::string_view line : lines) tell(whole_line, {line});
-  stop();
+  std::string printed;
+  for (const std::string_view line : lines) printed += lines_of(whole_line, {line});
+  stop_printed(std::move(printed));
 }
 
 void skip_rows(input_file& file, int count, std::string_view table) {

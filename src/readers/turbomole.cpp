@@ -11,9 +11,9 @@
 #include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_letter
 #include "readers/triangle.hpp"  // for force_constant_matrix, read_lower_blocks, mirror_upper
 #include "text/layout.hpp"       // for layout
+#include "text/messages.hpp"     // for free_line
 #include "text/number.hpp"       // for to_real
-#include "text/output_file.hpp"  // for tell_free
-#include "text/stop.hpp"         // for fail, fail_in, stop, warn
+#include "text/stop.hpp"         // for stop_printed, fail, fail_in
 #include "text/words.hpp"        // for trim, word_of, is_number
 
 namespace vbn {
@@ -117,7 +117,7 @@ array2<double> turbomole_fc(input_file& file, int natom) {
   const std::string expected = "\"dx\", \"dy\" or \"dz\" and up to six force constants of ten columns";
   std::string_view line;
   if (!search_word_free(file, "CARTESIAN FORCE CONSTANT MATRIX", line)) {
-    warn(file.name() + " has no force constants; use the output of aoforce");
+    file.warn(file.name() + " has no force constants; use the output of aoforce");
     tell_and_stop({"Error!", "Can not find force constant matrix in turbomole log file. Stop!"});
   }
   array2<double> fc = force_constant_matrix(file, natom);
@@ -145,10 +145,8 @@ void turbomole_nacme(qm_file& from, file_couplings& read) {
   input_file& file = from.file;
   std::string_view line;
   if (!search_word_free(file, heading, line)) {
-    tell_free({"Can not find", heading});
-    tell_free({"in", file.name()});
-    tell_free({"Stop!"});
-    stop();
+    stop_printed(free_line({"Can not find", heading}) + free_line({"in", file.name()}) +
+                 free_line({"Stop!"}));
   }
   if (!search_word_first_letter(file, line))
     fail_missing(file, "the atoms", "the heading of the table of atoms");

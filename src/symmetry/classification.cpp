@@ -12,7 +12,8 @@
 #include "molecule/constants.hpp"  // for au_to_cm, first_vibration
 #include "text/fixed_text.hpp"     // for text
 #include "text/layout.hpp"         // for layout, value
-#include "text/stop.hpp"           // for stop, warn
+#include "text/messages.hpp"       // for messages, lines_of, free_line
+#include "text/stop.hpp"           // for stop_printed
 
 namespace vbn {
 
@@ -43,7 +44,8 @@ void diag_block(const array2<double>& fcm1, int first, int j, array2<double>& fc
 
 // The frequencies without symmetry and those by representation, side by side. The first six modes are left
 // out; they count as translations and rotations also for a linear molecule.
-void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, output_file& fout) {
+void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, output_file& fout,
+                      const messages& say) {
   const layout rule("(80(1h-))");
   const layout row("(a6, 2x, 2f20.2)");
   fout.write(rule);
@@ -58,13 +60,12 @@ void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, 
     fout.write(row, {irrep, nosymm, symm_diag});
     if (df > told_change && df < worst_change) changed = true;
     if (df > worst_change) {
-      tell_free({"Symmetric diagonalization are not same as diagonalization"});
-      tell(row, {irrep, nosymm, symm_diag});
-      tell_free({"Stop!"});
-      warn("the Hessian does not have the symmetry of point group " + symmetry.new_pgrp.str() +
-           " in the present axes: if the default eckart_rot = 2 has rotated state 1 away from its symmetry "
-           "axes, use eckart_rot = 1; if the Hessian itself is not symmetric, use enforce_symm = t");
-      stop();
+      say.warn(
+          "the Hessian does not have the symmetry of point group " + symmetry.new_pgrp.str() +
+          " in the present axes: if the default eckart_rot = 2 has rotated state 1 away from its symmetry "
+          "axes, use eckart_rot = 1; if the Hessian itself is not symmetric, use enforce_symm = t");
+      stop_printed(free_line({"Symmetric diagonalization are not same as diagonalization"}) +
+                   lines_of(row, {irrep, nosymm, symm_diag}) + free_line({"Stop!"}));
     }
   }
   fout.write(rule);
@@ -127,7 +128,7 @@ void get_point_group(const array1<double>& sqtmass, symmetry_data& symmetry, for
   modes.freq = std::move(evm);
 }
 
-void print_point_group(const states& state, output_file& fout) {
+void print_point_group(const states& state, output_file& fout, const messages& say) {
   const symmetry_data& symmetry = state.symmetry;
   fout.write(layout(R"(("Point group:", 2x, a))"), {symmetry.new_pgrp});
   const layout frequency("(f15.2)");
@@ -136,7 +137,7 @@ void print_point_group(const states& state, output_file& fout) {
     for (int j = symmetry.nr_lw(i); j > 0 && j <= symmetry.nr_hi(i); ++j)
       fout.write(frequency, {au_to_cm * state.modes.freq(symmetry.ir_idx(j, i))});
   }
-  print_comparison(state.modes, symmetry, fout);
+  print_comparison(state.modes, symmetry, fout, say);
   print_atoms(state.file, state.atoms, fout);
 }
 

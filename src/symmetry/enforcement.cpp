@@ -10,8 +10,8 @@
 #include "molecule/geometry.hpp"  // for root_mean_square_of_coordinates
 #include "text/fixed_text.hpp"    // for text
 #include "text/layout.hpp"        // for layout
-#include "text/output_file.hpp"   // for tell
-#include "text/stop.hpp"          // for stop, warn
+#include "text/messages.hpp"      // for messages, lines_of
+#include "text/stop.hpp"          // for stop_printed
 
 namespace vbn {
 
@@ -31,15 +31,15 @@ signed_coordinate representative_of(const array3<int>& id3, int ix, int ia) {
 // Ends the run when the root-mean-square change dx is above tol.
 void stop_if_changed(double dx, double tol) {
   if (!(dx > tol)) return;
-  tell(layout(R"((2x,"tol = ", f15.7))"), {tol});
-  tell(layout(R"((2x,"dx  = ", f15.7))"), {dx});
-  tell(layout(R"((2x,"dx > tol, fs is not the same as f0, stop!"))"));
-  stop();
+  stop_printed(lines_of(layout(R"((2x,"tol = ", f15.7))"), {tol}) +
+               lines_of(layout(R"((2x,"dx  = ", f15.7))"), {dx}) +
+               lines_of(layout(R"((2x,"dx > tol, fs is not the same as f0, stop!"))")));
 }
 
 }  // namespace
 
-void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirror, double tol) {
+void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirror, double tol,
+                const messages& say) {
   const int n = x.cols();
   const auto on_plane = [&](int p, int i) { return std::abs(x(p, i)) < tol; };
   for (int p = 1; p <= 3; ++p)
@@ -57,7 +57,7 @@ void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirr
           if ((j1 == p) == (j2 == p)) continue;
           const int k2 = 3 * (i2 - 1) + j2;
           if (std::abs(fc(k1, k2)) > tol) {
-            tell(kept, {k1, k2, fc(k1, k2), tol});
+            say.tell(kept, {k1, k2, fc(k1, k2), tol});
           } else {
             fc(k1, k2) = 0.0;
           }
@@ -66,7 +66,7 @@ void set_mirror(array2<double>& x, array2<double>& fc, const array1<bool_>& mirr
 }
 
 void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<double>& x,
-              array2<double>& fc, double tol) {
+              array2<double>& fc, double tol, const messages& say) {
   const int n = x.cols();
   int kept = 0;
   for (int p = op_e + 1; p <= op_i; ++p) {
@@ -92,12 +92,13 @@ void set_axis(const symmetry_search& found, const array1<bool_>& mirror, array2<
     }
   }
   if (kept > 0)
-    warn(std::to_string(kept) +
-         " force constants between motions along an axis of rotation and across it are above symm_tol and "
-         "are kept");
+    say.warn(
+        std::to_string(kept) +
+        " force constants between motions along an axis of rotation and across it are above symm_tol and "
+        "are kept");
 }
 
-void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
+void get_array3(const array3<int>& id3, array2<double>& v0, double tol, const messages& say) {
   const layout changed(R"(("get_array3: ", 4i4, 4f15.7))");
   const int na = v0.cols();
   array2<double> vs(3, na);
@@ -106,7 +107,7 @@ void get_array3(const array3<int>& id3, array2<double>& v0, double tol) {
       const auto [ja, jx, sg] = representative_of(id3, ix, ia);
       vs(ix, ia) = sg * v0(jx, ja);
       const double s = std::abs(v0(ix, ia) - vs(ix, ia));
-      if (s > tol) tell(changed, {ia, ix, ja, jx, v0(ix, ia), v0(jx, ja), vs(ix, ia), s});
+      if (s > tol) say.tell(changed, {ia, ix, ja, jx, v0(ix, ia), v0(jx, ja), vs(ix, ia), s});
     }
   stop_if_changed(root_mean_square_of_coordinates(v0, vs), tol);
   v0 = vs;
@@ -136,7 +137,7 @@ void get_array3s(const array3<int>& id3, array2<double>& v0, double tol) {
   v0 = vs;
 }
 
-void get_array9(const symmetry_search& found, array2<double>& f0, double tol) {
+void get_array9(const symmetry_search& found, array2<double>& f0, double tol, const messages& say) {
   const layout changed(R"(("get_array9:", 4(i4,2x), 4x, 4(2i4,2x), 4x, i4, 4f15.7))");
   const int n3 = f0.rows();
   array2<double> fs(n3, n3);
@@ -154,30 +155,30 @@ void get_array9(const symmetry_search& found, array2<double>& f0, double tol) {
       const double s = (fs(jj, ii) - f0(jj, ii)) * (fs(jj, ii) - f0(jj, ii));
       dx += s;
       if (std::sqrt(s) > tol)
-        tell(changed,
-             {ii, jj, kk, ll, jx, ja, ix, ia, lx, la, kx, ka, sg, s, fs(jj, ii), f0(jj, ii), f0(ll, kk)});
+        say.tell(changed,
+                 {ii, jj, kk, ll, jx, ja, ix, ia, lx, la, kx, ka, sg, s, fs(jj, ii), f0(jj, ii), f0(ll, kk)});
     }
   stop_if_changed(std::sqrt(dx / n3 / n3), tol);
   f0 = fs;
   set_sym_matrix(f0);
 }
 
-void get_enforce_symm(bool enforce_symm, double symm_tol, states& state) {
-  const symmetry_search found = point_group1(state.atoms, symm_tol, state.symmetry);
+void get_enforce_symm(bool enforce_symm, double symm_tol, states& state, const messages& say) {
+  const symmetry_search found = point_group1(state.atoms, symm_tol, state.symmetry, say);
   if (!enforce_symm || state.symmetry.new_pgrp == text<6>("C1")) return;
   const symmetry_data& symmetry = state.symmetry;
   array2<double>& x = state.atoms.x;
   array2<double> fc = state.force.fc();
-  set_mirror(x, fc, symmetry.mirror, symm_tol);
-  set_axis(found, symmetry.mirror, x, fc, symm_tol);
-  get_array3(symmetry.id3, x, symm_tol);
-  get_array9(found, fc, symm_tol);
+  set_mirror(x, fc, symmetry.mirror, symm_tol, say);
+  set_axis(found, symmetry.mirror, x, fc, symm_tol, say);
+  get_array3(symmetry.id3, x, symm_tol, say);
+  get_array9(found, fc, symm_tol, say);
   if (state.couplings.ifnac) {
-    get_array3(symmetry.id3, state.couplings.x_nac, symm_tol);
+    get_array3(symmetry.id3, state.couplings.x_nac, symm_tol, say);
     get_array3s(symmetry.id3, state.couplings.nacme_x, symm_tol);
   }
   state.force.set_fc(state.atoms.sqtmass, std::move(fc));
-  get_inertial(state);
+  get_inertial(state, say);
 }
 
 }  // namespace vbn

@@ -11,8 +11,8 @@
 #include "molecule/geometry.hpp"  // for root_mean_square_of_coordinates
 #include "text/fixed_text.hpp"    // for text
 #include "text/layout.hpp"        // for layout
-#include "text/output_file.hpp"   // for tell_free, tell
-#include "text/stop.hpp"          // for stop, warn
+#include "text/messages.hpp"      // for messages, lines_of, free_line
+#include "text/stop.hpp"          // for stop_printed
 
 namespace vbn {
 
@@ -93,7 +93,7 @@ int search_pg(const array1<bool_>& op) {
 }
 
 symmetry_search search_op1(const array2<double>& x, const array1<int>& nat, const array1<double>& mass,
-                           double tol) {
+                           double tol, const messages& say) {
   const int n = x.cols();
   symmetry_search found;
   found.jreln = array2<int>(n, n_symm_op);
@@ -110,9 +110,9 @@ symmetry_search search_op1(const array2<double>& x, const array1<int>& nat, cons
   if (found.nop != nrep(found.npg)) {
     keep_identity_alone(found);
   } else if (const int p = broken_operation(found); p != 0) {
-    warn("symm_tol is so large that " + std::string(op_name(p)) +
-         " maps several atoms onto one: the molecule is treated as C1; use a symm_tol "
-         "below half the distance of like atoms");
+    say.warn("symm_tol is so large that " + std::string(op_name(p)) +
+             " maps several atoms onto one: the molecule is treated as C1; use a symm_tol "
+             "below half the distance of like atoms");
     keep_identity_alone(found);
   }
 
@@ -179,16 +179,15 @@ pair_element id9(const symmetry_search& found, int b, int j, int a, int i) {
   return {pair.atom, a, pair.other_atom, b, symm_op(a, pair.ip) * symm_op(b, pair.ip)};
 }
 
-symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_data& symmetry) {
+symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_data& symmetry,
+                             const messages& say) {
   const array2<double>& x = atoms.x;
   if (!check_x(x)) {
-    tell(layout("()"));
-    tell_free({"Error! Wrong coordinate in subroutine point_group1"});
-    tell(layout("()"));
-    stop();
+    const std::string empty = lines_of(layout("()"));
+    stop_printed(empty + free_line({"Error! Wrong coordinate in subroutine point_group1"}) + empty);
   }
 
-  symmetry_search found = search_op1(x, atoms.nat, atoms.mass, symm_tol);
+  symmetry_search found = search_op1(x, atoms.nat, atoms.mass, symm_tol, say);
   symmetry.mirror(1) = found.op(op_syz);
   symmetry.mirror(2) = found.op(op_sxz);
   symmetry.mirror(3) = found.op(op_sxy);
@@ -210,9 +209,8 @@ symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_d
     }
   }
   if (root_mean_square_of_coordinates(x, x_symm) > symm_tol) {
-    if (symm_tol < 0.0) warn("symm_tol is below zero: no two geometries agree; use 0 or more");
-    tell_free({"x_symm is not the same as x, stop!"});
-    stop();
+    if (symm_tol < 0.0) say.warn("symm_tol is below zero: no two geometries agree; use 0 or more");
+    stop_printed(free_line({"x_symm is not the same as x, stop!"}));
   }
   return found;
 }

@@ -4,6 +4,7 @@
 #include "linalg/array.hpp"     // for array1, array2
 #include "molecule/record.hpp"  // for atom_data, symmetry_data
 #include "symmetry/tables.hpp"  // for n_symm_op
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
@@ -19,7 +20,8 @@ struct symmetry_search {
 // The whole search on the geometry, elements and masses, with `symm_tol` in bohr: sets all of `symmetry`
 // except `ir_idx`. Stops the run when two atoms are closer than 0.1 bohr, and when the geometry built from
 // the unique atoms differs by more than `symm_tol`.
-symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_data& symmetry);
+symmetry_search point_group1(const atom_data& atoms, double symm_tol, symmetry_data& symmetry,
+                             const messages& say);
 
 // Whether all atoms of x(3,n) are at least 0.1 bohr apart.
 bool check_x(const array2<double>& x);
@@ -28,7 +30,7 @@ bool check_x(const array2<double>& x);
 // tol of an atom of the same mass and element. Of several such atoms the first is used; if the maps then do
 // not multiply as the operations do, only E is kept, with a warning.
 symmetry_search search_op1(const array2<double>& x, const array1<int>& nat, const array1<double>& mass,
-                           double tol);
+                           double tol, const messages& say);
 
 // The group of the flags, 1 (C1) when they form none.
 int search_pg(const array1<bool_>& op);

@@ -31,22 +31,22 @@ class file_handle {
 
 }  // namespace
 
-input_file::input_file(std::string_view name) {
+input_file::input_file(std::string_view name, const messages& say) : say_(say) {
   std::string why;
-  std::optional<input_file> opened = open(name, why);
+  std::optional<input_file> opened = open(name, say, why);
   if (!opened) {
     fail_in(trim(name), "cannot read the file: " + why, "a text file that can be read");
   }
   *this = std::move(*opened);
 }
 
-std::optional<input_file> input_file::try_open(std::string_view name) {
+std::optional<input_file> input_file::try_open(std::string_view name, const messages& say) {
   std::string why;
-  return open(name, why);
+  return open(name, say, why);
 }
 
-std::optional<input_file> input_file::open(std::string_view name, std::string& why) {
-  input_file f;
+std::optional<input_file> input_file::open(std::string_view name, const messages& say, std::string& why) {
+  input_file f(say);
   f.name_ = trim(name);
   // Opening a FIFO without a writer would block.
   const file_handle handle(::open(f.name_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -80,8 +80,8 @@ std::optional<input_file> input_file::open(std::string_view name, std::string& w
   }
 }
 
-input_file input_file::from_memory(std::string_view name, std::string_view content) {
-  input_file f;
+input_file input_file::from_memory(std::string_view name, std::string_view content, const messages& say) {
+  input_file f(say);
   f.name_ = name;
   f.size_ = content.size();
   f.held_ = std::make_unique_for_overwrite<char[]>(content.size());

@@ -11,6 +11,7 @@
 
 #include "text/free_form.hpp"  // for target
 #include "text/layout.hpp"     // for layout
+#include "text/messages.hpp"   // for messages
 #include "text/stop.hpp"       // for fault
 
 namespace vbn {
@@ -21,14 +22,16 @@ namespace vbn {
 class input_file {
  public:
   // Opens an existing file. If it cannot be opened or is not a regular file, the run ends with a message that
-  // names it.
-  explicit input_file(std::string_view name);
+  // names it. Warnings of its readers go to `say`.
+  input_file(std::string_view name, const messages& say);
   // The same without ending the run; the result says whether it succeeded.
-  static std::optional<input_file> try_open(std::string_view name);
+  static std::optional<input_file> try_open(std::string_view name, const messages& say);
   // A text in memory as a file, for tests and for text that has no file.
-  static input_file from_memory(std::string_view name, std::string_view content);
+  static input_file from_memory(std::string_view name, std::string_view content, const messages& say = {});
 
   const std::string& name() const { return name_; }
+  const messages& say() const { return say_; }
+  void warn(std::string_view text) const { say_.warn(text); }
   // Number, from 1, of the line that was read last; 0 before the first. Each call counts from the start, so
   // this is for messages.
   int line_number() const;
@@ -66,16 +69,17 @@ class input_file {
   fault here(std::string what, std::string expected) const;
 
  private:
-  input_file() = default;
+  explicit input_file(const messages& say) : say_(say) {}
 
   // What `try_open` does; `why` is the reason of a failure.
-  static std::optional<input_file> open(std::string_view name, std::string& why);
+  static std::optional<input_file> open(std::string_view name, const messages& say, std::string& why);
   std::size_t line_end(std::size_t from) const;  // the line feed at or after `from`, or the end of the file
   // Ends a free-form read: moves to the next line, or ends the run after a failure.
   void finish_read(const free_read& done, std::string_view expected);
   [[noreturn]] void fail_at(std::size_t spot, const char* what, std::string_view expected);
 
   std::string name_;
+  messages say_;
   std::unique_ptr<char[]> held_;
   std::size_t size_ = 0;
   std::size_t pos_ = 0;

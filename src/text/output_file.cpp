@@ -1,4 +1,4 @@
-// Writing of lines to files and to standard output.
+// Writing of lines to files.
 #include "text/output_file.hpp"  // for output_file
 
 #include <cerrno>
@@ -6,10 +6,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "text/layout.hpp"  // for layout, value
-#include "text/number.hpp"  // for shortest
-#include "text/stop.hpp"    // for fail_in
-#include "text/words.hpp"   // for trim
+#include "text/layout.hpp"    // for layout, value
+#include "text/messages.hpp"  // for free_line
+#include "text/stop.hpp"      // for fail_in
+#include "text/words.hpp"     // for trim
 
 namespace vbn {
 
@@ -20,25 +20,6 @@ constexpr std::size_t flush_size = 1 << 18;  // bytes collected before they are 
 [[noreturn]] void cannot_write(const std::string& name, int error) {
   fail_in(name, std::string("cannot write the file: ") + std::strerror(error),
           "a folder that can be written to, with room for the results");
-}
-
-void put_free_form(std::string& out, std::initializer_list<value> values) {
-  for (const value& v : values) {
-    out += ' ';
-    switch (v.type()) {
-      case value::kind::integer:
-        out += std::to_string(v.integer());
-        break;
-      case value::kind::real:
-        out += shortest(v.real());
-        break;
-      case value::kind::characters:
-        out += v.characters();
-        break;
-    }
-  }
-  if (values.size() == 0) out += ' ';
-  out += '\n';
 }
 
 }  // namespace
@@ -96,7 +77,7 @@ void output_file::raw(std::string_view text) {
 }
 
 void output_file::free_form(std::initializer_list<value> values) {
-  put_free_form(held_, values);
+  held_ += free_line(values);
   flush_if_full();
 }
 
@@ -120,18 +101,6 @@ void output_file::flush() {
     cannot_write(name_, error);
   }
   held_.clear();
-}
-
-void tell(const layout& lines, std::initializer_list<value> values) {
-  std::string out;
-  lines.write(out, values);
-  std::fwrite(out.data(), 1, out.size(), stdout);
-}
-
-void tell_free(std::initializer_list<value> values) {
-  std::string out;
-  put_free_form(out, values);
-  std::fwrite(out.data(), 1, out.size(), stdout);
 }
 
 }  // namespace vbn

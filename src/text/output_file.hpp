@@ -1,4 +1,4 @@
-// Writing of text files and of lines to standard output.
+// Writing of text files.
 #pragma once
 
 #include <cstdio>
@@ -46,11 +46,5 @@ class output_file {
   std::FILE* file_ = nullptr;
   std::string held_;
 };
-
-// Writes the values under the layout to standard output.
-void tell(const layout& lines, std::initializer_list<value> values = {});
-
-// A free-form record on standard output: one leading blank, then the values separated by blanks.
-void tell_free(std::initializer_list<value> values);
 
 }  // namespace vbn

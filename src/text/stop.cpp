@@ -2,7 +2,7 @@
 #include "text/stop.hpp"  // for run_end
 
 #include <algorithm>
-#include <cstdio>
+#include <utility>
 
 namespace vbn {
 
@@ -25,11 +25,13 @@ std::string printable(std::string_view line) {
 
 }  // namespace
 
-void stop(std::string_view text) { throw run_end{0, "STOP " + std::string(text) + "\n"}; }
+void stop(std::string_view text) { stop(text, ""); }
 
-void stop() { throw run_end{0, ""}; }
+void stop(std::string_view text, std::string printed) {
+  throw run_end{0, "STOP " + std::string(text) + "\n", std::move(printed)};
+}
 
-void exit_run(int status) { throw run_end{status, ""}; }
+void stop_printed(std::string printed, int status) { throw run_end{status, "", std::move(printed)}; }
 
 std::string fault_message(const fault& f) {
   std::string message = "error: " + f.what + "\n";
@@ -49,15 +51,12 @@ std::string fault_message(const fault& f) {
   return message;
 }
 
-void fail(const fault& f) { throw run_end{1, fault_message(f)}; }
+void fail(const fault& f) { throw run_end{1, fault_message(f), "", f}; }
 
 void fail_in(std::string_view file, std::string_view what, std::string_view expected) {
   fail({.what = std::string(what), .file = std::string(file), .expected = std::string(expected)});
 }
 
-void warn(std::string_view text) {
-  const std::string line = "warning: " + std::string(text) + "\n";
-  std::fwrite(line.data(), 1, line.size(), stderr);
-}
+std::string warning_line(std::string_view text) { return "warning: " + std::string(text) + "\n"; }
 
 }  // namespace vbn

@@ -6,21 +6,6 @@
 
 namespace vbn {
 
-// The exit status of a run, and the lines for the error stream (empty for none).
-struct run_end {
-  int status = 0;
-  std::string text;
-};
-
-// Ends the run with "STOP", a blank and the text on the error stream, exit status 0.
-[[noreturn]] void stop(std::string_view text);
-
-// Ends the run without a message, exit status 0; the caller has printed the reason to standard output.
-[[noreturn]] void stop();
-
-// Ends the run without a message, with the given status.
-[[noreturn]] void exit_run(int status);
-
 // What is wrong with an input. Empty fields and a line of 0 are left out of the message.
 struct fault {
   std::string what = {};      // what is wrong: lower case, no full stop
@@ -31,6 +16,23 @@ struct fault {
   std::string expected = {};  // what was expected, or what the user can do
 };
 
+// How a run ended: its exit status, the lines for the error stream and those for standard output (each whole,
+// or empty), and of an error the fault.
+struct run_end {
+  int status = 0;
+  std::string text = {};
+  std::string printed = {};
+  fault cause = {};
+};
+
+// Ends the run with "STOP", a blank and the text on the error stream, exit status 0.
+[[noreturn]] void stop(std::string_view text);
+// The same with lines on standard output too.
+[[noreturn]] void stop(std::string_view text, std::string printed);
+
+// Ends the run with lines on standard output that give the reason, and an exit status.
+[[noreturn]] void stop_printed(std::string printed, int status = 0);
+
 // The message of a fault: "error: what", the file and line number, the line with the position marked, and
 // what was expected.
 std::string fault_message(const fault& f);
@@ -40,7 +42,7 @@ std::string fault_message(const fault& f);
 // The same for a fault of a whole file, without a line.
 [[noreturn]] void fail_in(std::string_view file, std::string_view what, std::string_view expected);
 
-// One line "warning: ..." on the error stream. The run goes on; no file and no status changes.
-void warn(std::string_view text);
+// The line of a warning for the error stream, "warning: " and the text.
+std::string warning_line(std::string_view text);
 
 }  // namespace vbn

@@ -37,8 +37,9 @@ class campaign {
     SCOPED_TRACE(broken_ + ": " + what);
     folder_.write(broken_, content);
     for (const auto& [name, held] : folder_.results()) fs::remove(name);
-    const ending e = ending_of([&] {
+    const ending e = ending_of([&](const messages& say) {
       run_data run;
+      run.say = say;
       run_stages(run, input_);
     });
     if (e.status != -1) {

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "frame/inertial.hpp"   // for inertm, max_abs
+#include "tests/ending.hpp"     // for ending_of
 #include "tests/molecules.hpp"  // for state_of
 
 namespace vbn {
@@ -24,10 +25,10 @@ TEST(projection, no_force_answers_a_translation_or_rotation_of_a_disturbed_hessi
       for (int i = 1; i <= n3; ++i)
         for (int j = 1; j <= i; ++j) disturbed(i, j) = disturbed(j, i) = number(draw);
       state.force.set_fc(state.atoms.sqtmass, disturbed);
-      testing::internal::CaptureStdout();
-      get_proj_hessian(state.atoms, way, state.force);
-      const std::string printed = testing::internal::GetCapturedStdout();
-      EXPECT_EQ(printed.empty(), way != 2 || atoms[0].nat != 1) << "only this way reports a linear molecule";
+      const ending e =
+          ending_of([&](const messages& say) { get_proj_hessian(state.atoms, way, state.force, say); });
+      EXPECT_EQ(e.printed.empty(), way != 2 || atoms[0].nat != 1)
+          << "only this way reports a linear molecule";
       const array2<double> fc = state.force.fc();
       for (int move = 1; move <= 6; ++move) {
         // A translation along, or a rotation about, axis p.

@@ -13,7 +13,7 @@ namespace vbn {
 namespace {
 
 internal_coordinates coordinates_of(const molecule& atoms) {
-  return get_int_coord(state_of(atoms).atoms, "molecule.out", {});
+  return get_int_coord(state_of(atoms).atoms, "molecule.out", {}, {});
 }
 
 // Every atom moved at random by up to `reach`.

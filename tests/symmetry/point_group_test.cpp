@@ -17,7 +17,7 @@ constexpr double tol = 0.01;  // bohr, of all searches but one
 
 std::string group_of(const molecule& atoms) {
   symmetry_data symmetry;
-  point_group1(state_of(atoms).atoms, tol, symmetry);
+  point_group1(state_of(atoms).atoms, tol, symmetry, {});
   return symmetry.new_pgrp.str();
 }
 
@@ -100,7 +100,7 @@ TEST(point_group, small_molecules_have_the_group_and_the_reduction_of_the_textbo
   for (const textbook_case& c : textbook) {
     SCOPED_TRACE(c.group);
     symmetry_data symmetry;
-    point_group1(state_of(c.atoms).atoms, tol, symmetry);
+    point_group1(state_of(c.atoms).atoms, tol, symmetry, {});
     EXPECT_EQ(symmetry.new_pgrp.str(), c.group);
     ASSERT_EQ(symmetry.nrep, static_cast<int>(c.modes.size()));
     int rows = 0;  // the rows of all representations follow each other without a gap
@@ -137,7 +137,7 @@ TEST(point_group, in_every_group_representatives_are_those_of_the_scan_over_all_
     SCOPED_TRACE(pg_name(npg));
     const atom_data atoms = state_of(of_group(npg, 0.002)).atoms;
     symmetry_data symmetry;
-    const symmetry_search found = point_group1(atoms, tol, symmetry);
+    const symmetry_search found = point_group1(atoms, tol, symmetry, {});
     EXPECT_EQ(symmetry.new_pgrp.str(), pg_name(npg));
     plain_search single{found, {}}, pairs{found, {}};
     for (int i = 1; i <= atoms.natom; ++i) {
@@ -182,7 +182,7 @@ TEST(point_group, operations_that_form_no_group_leave_the_molecule_without_symme
                                                        {1, {-1, 2 + d, -3}},
                                                        {1, {1 + d, -2, -3 - 2 * d}}})
                                                  .atoms,
-                                             0.0105, symmetry);
+                                             0.0105, symmetry, {});
   EXPECT_EQ(symmetry.new_pgrp.str(), "C1");
   EXPECT_EQ(found.nop, 1);
 }

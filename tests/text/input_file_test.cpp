@@ -32,7 +32,7 @@ TEST(input_file, lines_of_any_kind_are_read_to_the_last_byte_and_positions_move_
   const std::string long_line(3'000'000, 'x');
   const std::string name = scratch("lines");
   write_text(name, "first\r\n\r\n\nnul\0byte\n"s + long_line + "\n last");
-  input_file file(name + "  ");
+  input_file file(name + "  ", {});
   std::vector<std::string> lines;
   for (std::string_view line; file.read_line(line);) lines.emplace_back(line);
   EXPECT_EQ(lines, (std::vector<std::string>{"first", "", "", "nul\0byte"s, long_line, " last"}));
@@ -56,10 +56,10 @@ TEST(input_file, lines_of_any_kind_are_read_to_the_last_byte_and_positions_move_
 TEST(input_file, a_path_that_is_not_a_readable_text_file_is_named) {
   const std::string fifo = scratch("fifo");
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-  EXPECT_NE(message_of([&] { input_file file(fifo); }).find("it is not a regular file\n  in " + fifo),
+  EXPECT_NE(message_of([&] { input_file file(fifo, {}); }).find("it is not a regular file\n  in " + fifo),
             std::string::npos);
   ::unlink(fifo.c_str());
-  EXPECT_NE(message_of([] { input_file file(testing::TempDir()); }).find("it is a folder\n  in /"),
+  EXPECT_NE(message_of([] { input_file file(testing::TempDir(), {}); }).find("it is a folder\n  in /"),
             std::string::npos);
 }
 
