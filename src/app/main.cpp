@@ -6,9 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "app/driver.hpp"     // for run_stages
-#include "text/messages.hpp"  // for messages
-#include "text/stop.hpp"      // for run_end, fault_message, warning_line
+#include "app/blas_start.hpp"  // for settle_blas
+#include "app/driver.hpp"      // for run_stages
+#include "text/messages.hpp"   // for messages
+#include "text/stop.hpp"       // for run_end, fault_message, warning_line
 
 namespace {
 
@@ -38,6 +39,7 @@ vbn::run_end run_to_its_end(const char* argument) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  vbn::settle_blas();
   vbn::run_end end = run_to_its_end(argc > 1 ? argv[1] : "");
   write_to(stdout, end.printed);
   // Standard output may be a full disk or a closed pipe: only this flush shows it.

@@ -3,7 +3,8 @@
 
 #include <stdexcept>
 
-#include "linalg/blas.hpp"  // for dgemm_
+#include "linalg/blas.hpp"         // for dgemm_
+#include "linalg/blas_memory.hpp"  // for require_blas_memory
 
 namespace vbn {
 
@@ -20,6 +21,7 @@ void matmul_add(double alpha, const array2<double>& a, op op_a, const array2<dou
   const char tb = op_b == op::plain ? 'N' : 'T';
   const int lda = a.rows() > 0 ? a.rows() : 1;
   const int ldb = b.rows() > 0 ? b.rows() : 1;
+  require_blas_memory();
   dgemm_(&ta, &tb, &m, &n, &k, &alpha, a.data(), &lda, b.data(), &ldb, &beta, c.data(), &m);
 }
 

@@ -1,9 +1,10 @@
 // Conventions for the arbitrary signs of the modes.
 #include "modes/signs.hpp"  // for set_positive_diag, set_proper_rotation
 
-#include "linalg/eigen.hpp"      // for sort_vec_large
-#include "modes/duschinsky.hpp"  // for get_vbn
-#include "linalg/blas.hpp"       // for dgetrf_
+#include "linalg/eigen.hpp"        // for sort_vec_large
+#include "modes/duschinsky.hpp"    // for get_vbn
+#include "linalg/blas.hpp"         // for dgetrf_
+#include "linalg/blas_memory.hpp"  // for require_blas_memory
 
 namespace vbn {
 
@@ -19,6 +20,7 @@ double determinant(array2<double> c) {
   const int n = c.rows();
   array1<int> ipiv(n);
   int info = 0;
+  require_blas_memory();
   dgetrf_(&n, &n, c.data(), &n, ipiv.data(), &info);
   double det = 1.0;
   for (int i = 1; i <= n; ++i) {

@@ -37,6 +37,21 @@ TEST(bad_input, files_that_cannot_be_read_or_written_are_named) {
   expect_orderly_stop(run, "vbn.out");
 }
 
+// OpenBLAS itself would ask for its memory for ever.
+TEST(bad_input, too_little_memory_is_an_error_at_once) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "AddressSanitizer needs more address space than any limit";
+#endif
+  whole_run run(examples / "glyoxal");
+  for (const char* limit : {"50000", "75000", "150000"}) {
+    run.run("glyoxal.inp", "ulimit -v " + std::string(limit) + "; timeout 20");
+    EXPECT_EQ(run.status, 1) << limit;
+    EXPECT_TRUE(run.err.starts_with("error: out of memory\n")) << run.err;
+  }
+  run.run("glyoxal.inp", "ulimit -v 400000; timeout 20");
+  EXPECT_EQ(run.status, 0) << run.err;
+}
+
 // The formatted checkpoint of a log is in the working directory, wherever the log is.
 TEST(bad_input, a_checkpoint_elsewhere_or_a_folder_of_its_name_is_none) {
   const fs::path sample = fs::path(VBN_SAMPLES) / "gaussian_6";

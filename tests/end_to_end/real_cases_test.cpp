@@ -35,6 +35,16 @@ std::vector<double> printed_frequencies(const std::filesystem::path& file, const
 
 // Runs of a few hundred atoms: every file is there, holds no value that is none, and comes out the same
 // again.
+// From about 100 coordinates on OpenBLAS would share a product among threads, and so change its last bits.
+TEST(real_cases, the_number_of_threads_that_is_asked_for_changes_no_byte) {
+  VBN_NEEDS_REAL_DATA();
+  whole_run run(real_data() / "xtb/coumarin153/numforce");
+  run.run("coumarin153.inp", "OPENBLAS_NUM_THREADS=1");
+  const auto one_thread = run.results();
+  run.run("coumarin153.inp", "OPENBLAS_NUM_THREADS=2");
+  EXPECT_TRUE(run.results() == one_thread);
+}
+
 TEST(real_cases, large_ones_run_to_their_end_and_repeat_to_the_byte) {
   VBN_NEEDS_REAL_DATA();
 #ifdef __SANITIZE_ADDRESS__

@@ -37,12 +37,12 @@ whole_run::~whole_run() {
   fs::remove_all(folder_, ignored);
 }
 
-void whole_run::run(const std::string& input) {
+void whole_run::run(const std::string& input, const std::string& before) {
   const fs::path printed = folder_ / ".out";
   const fs::path erred = folder_ / ".err";
   const std::string argument = input.empty() ? "" : " '" + input + "'";
-  const std::string command = "cd '" + folder_.string() + "' && '" VBN_BINARY "'" + argument + " > '" +
-                              printed.string() + "' 2> '" + erred.string() + "'";
+  const std::string command = "cd '" + folder_.string() + "' && " + before + " '" VBN_BINARY "'" + argument +
+                              " > '" + printed.string() + "' 2> '" + erred.string() + "'";
   const int result = std::system(command.c_str());
   status = WIFEXITED(result) ? WEXITSTATUS(result) : 128 + WTERMSIG(result);
   out = read(".out");

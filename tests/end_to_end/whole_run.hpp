@@ -17,8 +17,9 @@ class whole_run {
   whole_run(const whole_run&) = delete;
   whole_run& operator=(const whole_run&) = delete;
 
-  // Runs `vbn input` in the folder. `input` empty: without an argument.
-  void run(const std::string& input);
+  // Runs `vbn input` in the folder. `input` empty: without an argument. `before` goes before the command, for
+  // the shell.
+  void run(const std::string& input, const std::string& before = {});
 
   std::filesystem::path path(const std::string& file) const { return folder_ / file; }
   bool has(const std::string& file) const { return std::filesystem::exists(path(file)); }

@@ -1,0 +1,46 @@
+// Keeps OpenBLAS from starting threads while it is loaded.
+//
+// OpenBLAS starts a thread for each core before `main`, and each thread asks for its buffer at once; where
+// memory is limited it then asks for ever, and the process never ends. It counts the cores that the process
+// may use, so until `main` the process may use only one. Functions of .preinit_array run before those of any
+// library.
+#include "app/blas_start.hpp"  // for settle_blas
+
+#include <sched.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "linalg/blas_memory.hpp"  // for use_one_blas_thread
+
+namespace vbn {
+
+namespace {
+
+cpu_set_t all_cores;
+long size_of_set = 0;  // bytes of `all_cores` that the kernel gave; 0 when the cores are unknown
+
+// Runs before the sanitizers are set up, so it is not checked by them and calls no library function that they
+// replace.
+__attribute__((no_sanitize("address", "undefined"))) void keep_one_core(int, char**, char**) {
+  size_of_set = ::syscall(SYS_sched_getaffinity, 0, sizeof all_cores, &all_cores);
+  if (size_of_set <= 0) return;
+  auto* const bytes = reinterpret_cast<unsigned char*>(&all_cores);
+  static unsigned char one_core[sizeof all_cores];
+  long first = 0;
+  while (first < size_of_set && bytes[first] == 0) ++first;
+  if (first == size_of_set) return;
+  one_core[first] = static_cast<unsigned char>(bytes[first] & -bytes[first]);
+  ::syscall(SYS_sched_setaffinity, 0, size_of_set, one_core);
+}
+
+__attribute__((section(".preinit_array"), used)) void (*const before_libraries)(int, char**,
+                                                                                char**) = keep_one_core;
+
+}  // namespace
+
+void settle_blas() {
+  if (size_of_set > 0) ::syscall(SYS_sched_setaffinity, 0, size_of_set, &all_cores);
+  use_one_blas_thread();
+}
+
+}  // namespace vbn
