@@ -14,8 +14,7 @@ namespace vbn {
 
 namespace {
 
-constexpr double root_half = 0.7071067811865475;       // 1/sqrt(2)
-constexpr double atomic_time_in_s = 2.4188843265e-17;  // s, atomic unit of time
+constexpr double root_half = 0.7071067811865475;  // 1/sqrt(2)
 
 const layout number_of_modes("(x,a6, i8)");
 const layout energies(R"((  f15.10," a.u. = ",f15.10," eV = ",f15.8," cm-1"))");
@@ -45,26 +44,33 @@ constexpr std::string_view explanation = R"(
      nacm_after (cm-1):   < \Psi_b | d/dQ \Psi_a > * ( E_a - E_b ) / SQRT(w/hbar) (cm-1)
 )";
 
-void write_row(output_file& file, int i, double energy, double w, const text<6>& irrep, double nacme) {
-  const double nacm_bf_q1 = nacme;
-  const double nacm_bf_q = nacm_bf_q1 / std::sqrt(std::abs(w));
-  const double nacm_af_q = energy * nacm_bf_q;
-  const double nacm_lin = root_half * (w / energy) * nacm_af_q;
-  const double ratio = nacm_af_q / energy;
-  const double nacm_jpca = ratio * ratio * w;
-  file.write(mode_row,
-             {i, i - external_modes, irrep.trimmed(), au_to_cm * w, nacm_bf_q1, nacm_bf_q, nacm_af_q,
-              std::abs(au_to_cm * nacm_af_q), std::abs(au_to_ev * nacm_af_q), std::abs(nacm_lin) * au_to_cm,
-              std::abs(nacm_jpca) * au_to_cm, std::abs(nacm_jpca) / atomic_time_in_s});
+}  // namespace
+
+nacme_table get_nacme_n3(const states& state) {
+  const nacme_forms own = proj_nacm(state.couplings.nacme_x, state.atoms, state.modes.cm, 1);
+  const int n3 = state.atoms.n3;
+  nacme_table table{state.couplings.e_vert, array1<nacme_row>(n3)};
+  for (int i = 1; i <= n3; ++i) {
+    const int j = state.modes.order(i);
+    nacme_row& row = table.rows(i);
+    row.freq = state.modes.freq(j);
+    row.irrep = state.modes.irrep(j);
+    row.nacme = own.q(j);
+    row.before = row.nacme / std::sqrt(std::abs(row.freq));
+    row.after = table.e_vert * row.before;
+    row.linear = root_half * (row.freq / table.e_vert) * row.after;
+    const double ratio = row.after / table.e_vert;
+    row.jpca = ratio * ratio * row.freq;
+  }
+  return table;
 }
 
-// Writes the table of all modes: `freq` (n3) in atomic units, `irrep` and `nacme` (n3) in the order of the
-// rows. `nacm_lin` and `nacm_jpca` are the linear coupling and the rate factor of internal conversion.
-void write_nacme(std::string_view fname, double energy, const array1<double>& freq,
-                 const array1<text<6>>& irrep, const array1<double>& nacme) {
-  output_file file{std::string(fname)};
+void write_nacme_n3(const nacme_table& table, std::string_view fname) {
+  if (table.rows.size() == 0) return;
+  const double energy = table.e_vert;
+  output_file file(std::string(trim(fname)) + ".nac");
   file.line("");
-  file.write(number_of_modes, {"N3:", freq.size()});
+  file.write(number_of_modes, {"N3:", table.rows.size()});
   file.line("");
   file.line(" Energy Difference at present geometry:");
   file.line("");
@@ -74,29 +80,16 @@ void write_nacme(std::string_view fname, double energy, const array1<double>& fr
              {"m", "n", "irrep", "freq(cm-1)", "nacm_before(au)", "nacm_before(1)", "nacm_after(au)",
               "nacm_after(cm-1)", "nacm_after(eV)", "nacm_lin(cm-1)", "nacm_jpca(cm-1)", "nacm_jpca(s-1)"});
   file.line("");
-  for (int i = 1; i <= freq.size(); ++i) write_row(file, i, energy, freq(i), irrep(i), nacme(i));
+  int i = 0;
+  for (const nacme_row& row : table.rows) {
+    ++i;
+    file.write(mode_row, {i, i - external_modes, row.irrep.trimmed(), au_to_cm * row.freq, row.nacme,
+                          row.before, row.after, std::abs(au_to_cm * row.after),
+                          std::abs(au_to_ev * row.after), std::abs(row.linear) * au_to_cm,
+                          std::abs(row.jpca) * au_to_cm, std::abs(row.jpca) / atomic_time_in_s});
+  }
   file.line(" End");
   file.close();
-}
-
-}  // namespace
-
-void get_nacme_n3(const array1<states>& state, std::string_view fname) {
-  for (const states& each : state) {
-    if (!each.couplings.ifnac) continue;
-    const nacme_forms own = proj_nacm(each.couplings.nacme_x, each.atoms, each.modes.cm, 1);
-    const int n3 = each.atoms.n3;
-    array1<double> freq(n3);
-    array1<text<6>> irrep(n3);
-    array1<double> nacme(n3);
-    for (int i = 1; i <= n3; ++i) {
-      const int j = each.modes.order(i);
-      freq(i) = each.modes.freq(j);
-      irrep(i) = each.modes.irrep(j);
-      nacme(i) = own.q(j);
-    }
-    write_nacme(std::string(trim(fname)) + ".nac", each.couplings.e_vert, freq, irrep, nacme);
-  }
 }
 
 }  // namespace vbn

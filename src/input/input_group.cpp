@@ -248,8 +248,11 @@ void read_input(input_data& input, const messages& say) {
   if (input.finp.blank()) {
     fail({.what = "no input file is named", .expected = "its name on the command line, as in: vbn my.inp"});
   }
-  const input_file file(input.finp.trimmed(), say);
-  group_scanner scanner(file.name(), file.content(), group_name, say);
+  read_group(input, input_file(input.finp.trimmed(), say));
+}
+
+void read_group(input_data& input, const input_file& file) {
+  group_scanner scanner(file.name(), file.content(), group_name, file.say());
   array1<std::size_t> text_form_at(input.def_add_int_coord_c.rows() * input.def_add_int_coord_c.cols());
   while (scanner.next_key()) {
     const input_key* key = find_key(scanner.key());

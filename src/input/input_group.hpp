@@ -1,8 +1,9 @@
 // The input file of a run: the defaults of its keys, the group read from it, and the check of the keys.
 #pragma once
 
-#include "input/keys.hpp"     // for input_data
-#include "text/messages.hpp"  // for messages
+#include "input/keys.hpp"       // for input_data
+#include "text/input_file.hpp"  // for input_file
+#include "text/messages.hpp"    // for messages
 
 namespace vbn {
 
@@ -17,6 +18,8 @@ void init(input_data& input);
 // than its key, an index outside the array, too many values: each ends the run with a message that shows the
 // place, exit status 1.
 void read_input(input_data& input, const messages& say);
+// The same for a file that is open.
+void read_group(input_data& input, const input_file& file);
 
 // Checks the keys that depend on the number of atoms of the run, `natom`. Sets `if_block` and, with
 // `if_add_int_coord` and `if_del_int_coord`, the kinds `def_add_int_type` and `def_del_int_type` of the

@@ -29,12 +29,6 @@ const layout share_heads(R"((6x,6x,2x," |",16x," |",9x," |",3a11," |",3a11," ||"
 const layout sum_line(R"((a6,6x,2x," |",16x," |",9x," |",3f11.4," |",3f11.4," ||",f13.4))");
 const layout row_line(R"((i6,i6,2x," |",4i4," |",f9.4," |",3f11.4," |",3f11.4," ||",f13.4))");
 
-// Shares of each coordinate in one state, cm-1: the diagonal and the non-diagonal part, and their sum.
-struct shares {
-  array1<double> xx, xy, x;
-  double xx_tot = 0.0, xy_tot = 0.0, x_tot = 0.0;
-};
-
 // Force constants over the coordinates, cm-1 over the squared unit of the coordinate.
 array2<double> force_constants_of(const non_redundant_basis& basis, const normal_modes& modes) {
   const int nr = basis.ga.cols();
@@ -54,9 +48,9 @@ array2<double> force_constants_of(const non_redundant_basis& basis, const normal
   return matmul(gc, gc, op::plain, op::transposed);
 }
 
-shares split(const array2<double>& fc, const array1<double>& zd) {
+reorganisation_shares split(const array2<double>& fc, const array1<double>& zd) {
   const int nr = zd.size();
-  shares s{array1<double>(nr), array1<double>(nr), array1<double>(nr)};
+  reorganisation_shares s{array1<double>(nr), array1<double>(nr), array1<double>(nr)};
   for (int j = 1; j <= nr; ++j) {
     for (int k = 1; k <= nr; ++k) (j == k ? s.xx : s.xy)(j) += 0.5 * fc(j, k) * zd(j) * zd(k);
     s.x(j) = s.xx(j) + s.xy(j);
@@ -67,44 +61,9 @@ shares split(const array2<double>& fc, const array1<double>& zd) {
   return s;
 }
 
-void write_sums(output_file& out, const shares& s1, const shares& s2) {
+void write_sums(output_file& out, const reorganisation_shares& s1, const reorganisation_shares& s2) {
   out.write(sum_line,
             {"sum:", s1.xx_tot, s1.xy_tot, s1.x_tot, s2.xx_tot, s2.xy_tot, s2.x_tot, s1.x_tot + s2.x_tot});
-}
-
-void write_table(const atom_data& atoms, const internal_coordinates& internal, const shares& s1,
-                 const shares& s2) {
-  const int nr = internal.nr;
-  array1<double> lam_tot(nr);
-  for (int j = 1; j <= nr; ++j) lam_tot(j) = s1.x(j) + s2.x(j);
-  array1<int> order(nr);
-  indexx(lam_tot.span(), order);
-  reverse_order(order);
-
-  output_file out("proj_reorg.dat");
-  out.line("");
-  for (int i = 1; i <= atoms.natom; ++i) out.write(atom_line, {i, atoms.symbol(i)});
-  out.line("");
-  out.write(zd_line);
-  out.line("");
-  out.write(rule);
-  for (const layout& line : legend) out.write(line);
-  out.write(rule);
-  out.write(heads, {"n", "type", "int-def", "zd", "Reorganization energy 1 (cm-1)",
-                    "Reorganization energy 2 (cm-1)", "Total (cm-1)"});
-  out.write(share_heads, {"diag", "non-diag", "sum", "diag", "non-diag", "sum"});
-  out.write(rule);
-  write_sums(out, s1, s2);
-  out.write(rule);
-  for (int i = 1; i <= nr; ++i) {
-    const int k = order(i);
-    out.write(row_line, {i, internal.iztype(k), internal.intdef(1, k), internal.intdef(2, k),
-                         internal.intdef(3, k), internal.intdef(4, k), internal.zd(k), s1.xx(k), s1.xy(k),
-                         s1.x(k), s2.xx(k), s2.xy(k), s2.x(k), lam_tot(k)});
-  }
-  out.write(rule);
-  write_sums(out, s1, s2);
-  out.close();
 }
 
 }  // namespace
@@ -120,11 +79,46 @@ void reverse_order(array1<int>& order) {
   for (int i = 1; i <= n / 2; ++i) std::swap(order(i), order(n + 1 - i));
 }
 
-void proj_reorg_ene(const array1<states>& state) {
+reorganisation_table proj_reorg_ene(const array1<states>& state) {
   const internal_coordinates& first = state(1).internal;
-  const shares s1 = split(force_constants_of(state(1).basis, state(1).modes), first.zd);
-  const shares s2 = split(force_constants_of(state(2).basis, state(2).modes), first.zd);
-  write_table(state(1).atoms, first, s1, s2);
+  reorganisation_table table{split(force_constants_of(state(1).basis, state(1).modes), first.zd),
+                             split(force_constants_of(state(2).basis, state(2).modes), first.zd),
+                             array1<double>(first.nr)};
+  for (int j = 1; j <= first.nr; ++j) table.total(j) = table.s1.x(j) + table.s2.x(j);
+  return table;
+}
+
+void write_proj_reorg(const states& state, const reorganisation_table& table) {
+  const internal_coordinates& internal = state.internal;
+  const auto& [s1, s2, lam_tot] = table;
+  array1<int> order(internal.nr);
+  indexx(lam_tot.span(), order);
+  reverse_order(order);
+
+  output_file out("proj_reorg.dat");
+  out.line("");
+  for (int i = 1; i <= state.atoms.natom; ++i) out.write(atom_line, {i, state.atoms.symbol(i)});
+  out.line("");
+  out.write(zd_line);
+  out.line("");
+  out.write(rule);
+  for (const layout& line : legend) out.write(line);
+  out.write(rule);
+  out.write(heads, {"n", "type", "int-def", "zd", "Reorganization energy 1 (cm-1)",
+                    "Reorganization energy 2 (cm-1)", "Total (cm-1)"});
+  out.write(share_heads, {"diag", "non-diag", "sum", "diag", "non-diag", "sum"});
+  out.write(rule);
+  write_sums(out, s1, s2);
+  out.write(rule);
+  for (int i = 1; i <= internal.nr; ++i) {
+    const int k = order(i);
+    out.write(row_line, {i, internal.iztype(k), internal.intdef(1, k), internal.intdef(2, k),
+                         internal.intdef(3, k), internal.intdef(4, k), internal.zd(k), s1.xx(k), s1.xy(k),
+                         s1.x(k), s2.xx(k), s2.xy(k), s2.x(k), lam_tot(k)});
+  }
+  out.write(rule);
+  write_sums(out, s1, s2);
+  out.close();
 }
 
 }  // namespace vbn

@@ -24,13 +24,27 @@ constexpr std::size_t flush_size = 1 << 18;  // bytes collected before they are 
 
 }  // namespace
 
-output_file::output_file(std::string_view name) : name_(trim(name)), file_(std::fopen(name_.c_str(), "wb")) {
+output_file output_file::nowhere() {
+  output_file file;
+  file.place_ = place::nowhere;
+  return file;
+}
+
+output_file output_file::in_memory() {
+  output_file file;
+  file.place_ = place::memory;
+  return file;
+}
+
+output_file::output_file(std::string_view name)
+    : name_(trim(name)), place_(place::file), file_(std::fopen(name_.c_str(), "wb")) {
   if (file_ == nullptr) cannot_write(name_, errno);
   std::setvbuf(file_, nullptr, _IONBF, 0);
 }
 
 output_file::output_file(output_file&& other) noexcept
     : name_(std::move(other.name_)),
+      place_(std::exchange(other.place_, place::none)),
       file_(std::exchange(other.file_, nullptr)),
       held_(std::move(other.held_)) {
   other.held_.clear();
@@ -39,6 +53,7 @@ output_file::output_file(output_file&& other) noexcept
 output_file& output_file::operator=(output_file&& other) noexcept {
   output_file taken(std::move(other));
   std::swap(name_, taken.name_);
+  std::swap(place_, taken.place_);
   std::swap(file_, taken.file_);
   std::swap(held_, taken.held_);
   return *this;
@@ -82,14 +97,16 @@ void output_file::free_form(std::initializer_list<value> values) {
 }
 
 void output_file::close() {
-  if (file_ == nullptr) return;
+  if (place_ != place::file) return;
   flush();
+  place_ = place::none;
   if (std::fclose(std::exchange(file_, nullptr)) != 0) cannot_write(name_, errno);
 }
 
 void output_file::flush_if_full() {
-  if (file_ == nullptr) throw std::logic_error("write to a file that is not open");
-  if (held_.size() >= flush_size) flush();
+  if (place_ == place::none) throw std::logic_error("write to a file that is not open");
+  if (place_ == place::nowhere) held_.clear();
+  if (place_ == place::file && held_.size() >= flush_size) flush();
 }
 
 void output_file::flush() {
@@ -97,6 +114,7 @@ void output_file::flush() {
   if (written != held_.size()) {
     const int error = errno;
     held_.clear();
+    place_ = place::none;
     std::fclose(std::exchange(file_, nullptr));
     cannot_write(name_, error);
   }

@@ -16,6 +16,9 @@ namespace vbn {
 class output_file {
  public:
   output_file() = default;  // not open; writing to it is an error of the program
+  // A file without a place, whose content is dropped, or kept for `content`.
+  static output_file nowhere();
+  static output_file in_memory();
   explicit output_file(std::string_view name);
   output_file(output_file&&) noexcept;
   output_file& operator=(output_file&&) noexcept;
@@ -35,14 +38,19 @@ class output_file {
   void free_form(std::initializer_list<value> values);
 
   const std::string& name() const { return name_; }
+  // What was written to a file in memory.
+  const std::string& content() const { return held_; }
   // Writes what is left and closes the file.
   void close();
 
  private:
+  enum class place { none, file, memory, nowhere };
+
   void flush_if_full();
   void flush();
 
   std::string name_;
+  place place_ = place::none;
   std::FILE* file_ = nullptr;
   std::string held_;
 };
