@@ -171,7 +171,7 @@ void find_internal_coordinates(run_data& run) {
   for (states& it : run.state) it.internal = get_int_coord(it.atoms, it.file.ffreq.str(), input, run.say);
   for (const states& it : run.state) print_int_coord(it.internal, it.atoms, run.fout);
   for (states& it : run.state)
-    it.basis = get_int_gmatrix(it.atoms, it.internal.br, it.file.ffreq.str(), input.gcut, run.fout, run.say);
+    it.basis = get_int_gmatrix(it.atoms, it.internal, it.file.ffreq.str(), input, run.fout, run.say);
   for (states& it : run.state)
     if (input.proj_f0) get_proj_f0(it.basis.bm, it.force);
 }
@@ -220,23 +220,27 @@ void project_couplings(run_data& run) {
 void relate_states(run_data& run) {
   const input_data& input = run.input;
   stage_clock clock;
+  const auto section_ends = [&](const char* name) {
+    clock.ends(name);
+    run.fout.save();
+  };
   take_keys(run);
   read_states(run);
-  clock.ends("files and raw frequencies");
+  section_ends("files and raw frequencies");
   read_couplings(run);
   select_force_constants(run.state, input.select_state);
-  check(run.input, run.state(1).atoms.natom);
-  clock.ends("couplings and keys");
+  check(run.input, run.state(1).atoms.natom, run.say);
+  section_ends("couplings and keys");
   bring_to_frames(run);
-  clock.ends("inertial frames");
+  section_ends("inertial frames");
   find_modes(run);
-  clock.ends("modes");
+  section_ends("modes");
   if (!input.set_cart) find_internal_coordinates(run);
-  clock.ends("internal coordinates");
+  section_ends("internal coordinates");
   relate_modes(run);
-  clock.ends("Duschinsky and pairing");
+  section_ends("Duschinsky and pairing");
   project_couplings(run);
-  clock.ends("couplings along the modes");
+  section_ends("couplings along the modes");
 }
 
 void compare_internal_coordinates(run_data& run) {

@@ -10,8 +10,10 @@
 #include "input/input_group.hpp"        // for init, read_input
 #include "internal/reorganisation.hpp"  // for write_proj_reorg
 #include "output/mode_data.hpp"         // for write_vbn, write_vbn_int
+#include "output/result_files.hpp"      // for require_inputs_kept
 #include "output/viewer_files.hpp"      // for write_file_coord
 #include "text/output_file.hpp"         // for output_file
+#include "text/stop.hpp"                // for fail_in
 
 namespace vbn {
 
@@ -19,8 +21,13 @@ namespace {
 
 void read_keys(run_data& run, std::string_view argument) {
   init(run.input);
+  if (argument.size() > run.input.finp.full().size()) {
+    fail_in(argument, "the path of the input file is too long",
+            "at most " + std::to_string(run.input.finp.full().size()) + " characters");
+  }
   run.input.finp = argument;
   read_input(run.input, run.say);
+  require_inputs_kept(run.input);
   run.input.prefix = "vbn";
   run.fout = output_file(run.input.prefix.str() + ".out");
 }

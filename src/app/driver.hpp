@@ -7,7 +7,7 @@
 
 namespace vbn {
 
-// Runs all stages on the input file `argument` (a name longer than 200 characters is cut), in the working
+// Runs all stages on the input file `argument` (at most 200 characters), in the working
 // directory. A stop of any stage is thrown as `run_end`; warnings and printed lines go to `run.say`; the log
 // is `run.fout`, which closes with `run`.
 void run_stages(run_data& run, std::string_view argument);

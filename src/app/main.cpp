@@ -2,29 +2,47 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "app/blas_start.hpp"  // for settle_blas
-#include "app/driver.hpp"      // for run_stages
-#include "text/messages.hpp"   // for messages
-#include "text/stop.hpp"       // for run_end, fault_message, warning_line
+#include "app/blas_start.hpp"       // for settle_blas
+#include "app/command_line.hpp"     // for answer_to
+#include "app/driver.hpp"           // for run_stages
+#include "output/result_files.hpp"  // for earlier_results
+#include "text/messages.hpp"        // for messages
+#include "text/stop.hpp"            // for run_end, fault_message, warning_line
 
 namespace {
 
+constexpr std::string_view help = R"(vbn relates the vibrations of two electronic states of a molecule.
+
+Usage: vbn FILE
+
+FILE names the frequency calculations of the two states:
+
+    &vbn
+     ffreq(1) = 'ground.log'
+     ffreq(2) = 'excited.log'
+     sort_mode = 1
+    /
+
+The results are written to the current directory: vbn.out (the log), vbn.cart.dat and vbn.dint.dat (frequencies,
+displacements, Huang-Rhys factors, reorganisation energies, Duschinsky matrices), and files for molecule viewers.
+
+  --help     prints this text
+  --version  prints the version
+
+Manual: man vbn, man 5 vbn (every key), and the pages in share/doc/vbn/docs of the installation.
+)";
+
 void write_to(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
 
-// Runs all stages and returns how the run ended. The data of the run are destroyed by then, so the log is
-// closed.
-vbn::run_end run_to_its_end(const char* argument) {
+// How the exception that is handled ends the run.
+vbn::run_end end_of_exception() {
   try {
-    vbn::run_data run;
-    run.say = vbn::messages([](std::string_view text) { write_to(stderr, vbn::warning_line(text)); },
-                            [](std::string_view lines) { write_to(stdout, lines); });
-    vbn::run_stages(run, argument);
-    run.fout.close();
-    return {};
+    throw;
   } catch (const vbn::run_end& end) {
     return end;
   } catch (const std::bad_alloc&) {
@@ -36,11 +54,52 @@ vbn::run_end run_to_its_end(const char* argument) {
   }
 }
 
+// Runs all stages and returns how the run ended. The log is closed by then.
+vbn::run_end run_to_its_end(std::string_view argument) {
+  const vbn::earlier_results earlier;
+  std::optional<vbn::run_end> stopped;
+  vbn::output_file log;
+  try {
+    vbn::run_data run;
+    run.say = vbn::messages([](std::string_view text) { write_to(stderr, vbn::warning_line(text)); },
+                            [](std::string_view lines) { write_to(stdout, lines); });
+    try {
+      vbn::run_stages(run, argument);
+    } catch (...) {
+      stopped = end_of_exception();
+    }
+    log = std::move(run.fout);
+  } catch (...) {
+    stopped = end_of_exception();
+  }
+  // The log may be on a full disk, which only the last write shows.
+  try {
+    log.close();
+  } catch (...) {
+    vbn::run_end unwritten = end_of_exception();
+    if (stopped) unwritten.text.insert(0, stopped->text), unwritten.printed = stopped->printed;
+    stopped = unwritten;
+  }
+  if (!stopped) return {};
+  stopped->text += earlier.line_after_stop();
+  return *stopped;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   vbn::settle_blas();
-  vbn::run_end end = run_to_its_end(argc > 1 ? argv[1] : "");
+  const std::string_view argument = argc > 1 ? argv[1] : "";
+  vbn::run_end end;
+  if (const auto answer = vbn::answer_to(argument, "vbn", help)) {
+    end.printed = *answer;
+  } else {
+    if (argc > 2)
+      write_to(stderr,
+               vbn::warning_line(std::string("only the first argument is read; ") + argv[2] + " is ignored"));
+    end = run_to_its_end(argument);
+    if (argument.empty()) end.text += "vbn --help says how to use it\n";
+  }
   write_to(stdout, end.printed);
   // Standard output may be a full disk or a closed pipe: only this flush shows it.
   if (std::fflush(stdout) != 0 && end.status == 0) {

@@ -1,6 +1,7 @@
 // The Hessian of a state from its files, replaced masses, and frequencies.
 #include "frame/hessian.hpp"  // for get_hess
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -104,15 +105,16 @@ void get_hess(qm_file freq_file, const file_data& file, atom_data& atoms, force_
 
 void get_isotope(const file_data& file, int n, const array1<double>& mass_atom,
                  const array1<double>& mass_type, atom_data& atoms, force_constants& force) {
-  if (atoms.natom > n) {
+  const bool by_atom = std::ranges::any_of(mass_atom, [](double mass) { return mass > 0.0; });
+  if (by_atom && atoms.natom > n) {
     fail_in(file.ffreq.str(),
-            "if_isotope is limited to molecules of " + std::to_string(n) + " atoms, but this one has " +
+            "mass_atom is limited to molecules of " + std::to_string(n) + " atoms, but this one has " +
                 std::to_string(atoms.natom),
-            "a smaller molecule, or if_isotope = f");
+            "a smaller molecule, or masses by element in mass_type");
   }
   const array1<double> mass_before = atoms.mass;
   for (int i = 1; i <= atoms.natom; ++i)
-    if (mass_atom(i) > 0.0) atoms.mass(i) = mass_atom(i);
+    if (by_atom && mass_atom(i) > 0.0) atoms.mass(i) = mass_atom(i);
   for (int k = 1; k <= max_element; ++k) {
     if (!(mass_type(k) > 0.0)) continue;
     for (int i = 1; i <= atoms.natom; ++i)

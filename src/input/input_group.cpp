@@ -140,6 +140,10 @@ selection take_selection(group_scanner& scanner, const input_key& key) {
   scanner.fail_at(value.at, std::move(what), std::move(expected));
 }
 
+bool names_file(const input_key& key) {
+  return key.name == "ffreq" || key.name == "fnacme" || key.name == "ftdipd";
+}
+
 // Reads the values of one assignment. `text_form_at` stores the place of each element of
 // `def_add_int_coord_c`.
 void take_values(group_scanner& scanner, const input_key& key, const selection& chosen, input_data& input,
@@ -159,6 +163,10 @@ void take_values(group_scanner& scanner, const input_key& key, const selection& 
     }
     for (int i = 0; i < value.repeat; ++i) {
       const int element = chosen.element(filled++);
+      if (names_file(key) && value.text.size() > input.finp.full().size()) {
+        fail_value(scanner, value, "the path in " + element_name(key, element) + " is too long",
+                   "at most " + std::to_string(input.finp.full().size()) + " characters");
+      }
       if (!store_value(input, key, element, value)) {
         fail_value(scanner, value, "cannot read the value of " + element_name(key, element),
                    std::string(expected_value(key)));
@@ -229,6 +237,51 @@ void check_open(std::string_view name, const text<5>& mode) {
                lines_of(line, {key + " should be none, open, close"}));
 }
 
+void require_range(const std::string& finp, const std::string& key, int given, int lowest, int highest) {
+  if (given >= lowest && given <= highest) return;
+  fail_in(finp, key + " = " + std::to_string(given) + " is out of range",
+          key + " from " + std::to_string(lowest) + " to " + std::to_string(highest));
+}
+
+// Values that are no errors and do not do what they seem to.
+void warn_of_values(const input_data& input, int natom, const messages& say) {
+  const struct {
+    const char* name;
+    int given, highest;
+    const char* meaning;  // of any other value
+  } choices[] = {
+      {"sort_mode", input.sort_mode, 3, "0"},
+      {"eckart_rot", input.eckart_rot, 2, "0: state 1 is not rotated onto state 2"},
+      {"set_eckart_order", input.set_eckart_order, 4, "0"},
+      {"proj_hessian", input.proj_hessian, 3, "0: translations and rotations stay in the force constants"},
+      {"same_hessian", input.same_hessian, 2, "0"},
+      {"select_state", input.select_state, 2, "0"},
+  };
+  for (const auto& choice : choices) {
+    if (choice.given >= 0 && choice.given <= choice.highest) continue;
+    say.warn(input.finp.str() + ": " + choice.name + " = " + std::to_string(choice.given) +
+             " has no meaning and counts as " + choice.meaning);
+  }
+  const auto last_mass = [](const array1<double>& mass) {
+    int last = mass.size();
+    while (last > 0 && !(mass(last) > 0.0)) --last;
+    return last;
+  };
+  const int atom = last_mass(input.mass_atom);
+  const int element = last_mass(input.mass_type);
+  if (!input.if_isotope) {
+    if (atom > 0 || element > 0)
+      say.warn(input.finp.str() + ": mass_atom and mass_type have no effect without if_isotope = t");
+    return;
+  }
+  if (atom > natom)
+    say.warn(input.finp.str() + ": mass_atom(" + std::to_string(atom) + ") has no effect: the molecule has " +
+             std::to_string(natom) + " atoms");
+  if (element > max_element)
+    say.warn(input.finp.str() + ": mass_type(" + std::to_string(element) +
+             ") has no effect: elements end at " + std::to_string(max_element));
+}
+
 void classify(const array2<int>& list, int count, int natom, array1<char>& type, std::string_view message) {
   for (int i = 1; i <= count; ++i) {
     type(i) = coordinate_type(list.column(i), natom);
@@ -269,7 +322,10 @@ void read_group(input_data& input, const input_file& file) {
   count_lists(scanner, input, text_form_at);
 }
 
-void check(input_data& input, int natom) {
+void check(input_data& input, int natom, const messages& say) {
+  require_range(input.finp.str(), "start_mode", input.start_mode, 1,
+                std::max(3 * natom, input_keys().start_mode));
+  warn_of_values(input, natom, say);
   if (input.if_mode_block && input.n_mode_block == 0) {
     stop("Error, if_mode_block is true, but n_mode_block is 0. Stop!");
   }

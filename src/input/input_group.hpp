@@ -24,6 +24,7 @@ void read_group(input_data& input, const input_file& file);
 // Checks the keys that depend on the number of atoms of the run, `natom`. Sets `if_block` and, with
 // `if_add_int_coord` and `if_del_int_coord`, the kinds `def_add_int_type` and `def_del_int_type` of the
 // entries: 'b' a bond, 'a' an angle, 'd' a dihedral. A key that fails stops the run.
-void check(input_data& input, int natom);
+// Warns of values that have no effect.
+void check(input_data& input, int natom, const messages& say);
 
 }  // namespace vbn

@@ -49,8 +49,10 @@ group_scanner::group_scanner(std::string_view file, std::string_view content, st
     }
     ++at;
   }
+  const bool dollar = content.find("$" + group_) != std::string_view::npos;
   fail_in(file_, "no group &" + group_ + " in the input file",
-          "a group that opens with &" + group_ + " and closes with a /");
+          "a group that opens with &" + group_ + (dollar ? ", not with $" + group_ + "," : "") +
+              " and closes with a /");
 }
 
 std::size_t group_scanner::after_line(std::size_t at) const {
@@ -100,7 +102,10 @@ bool group_scanner::at_key(std::size_t at) const {
 // Ends the run when the group is still open at the end of the file or where another group begins.
 void group_scanner::need_open_group(std::size_t at) const {
   if (!ended(at) && text_[at] != '&' && text_[at] != '$') return;
-  fail_at(ended(at) ? opened_ : at, "the group &" + group_ + " is not closed", "a / after its last value");
+  const std::string_view here = ended(at) ? std::string_view() : text_.substr(at + 1, 3);
+  const bool by_end = std::ranges::equal(here, std::string_view("end"), {}, lower);
+  fail_at(ended(at) ? opened_ : at, "the group &" + group_ + " is not closed",
+          by_end ? "a / in this place" : "a / after its last value");
 }
 
 bool group_scanner::next_key() {

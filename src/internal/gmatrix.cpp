@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "internal/fragments.hpp"  // for ways_on
 #include "linalg/eigen.hpp"        // for diag_symm, sort_vec_large
 #include "linalg/matmul.hpp"       // for matmul, transposed
 #include "molecule/constants.hpp"  // for external_modes
@@ -158,12 +159,13 @@ void matrix_power(double power, const array2<double>& a, array1<double>& e, arra
   mirror(ap);
 }
 
-non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>& br,
-                                    const std::string& ffreq, double gcut, output_file& fout,
+non_redundant_basis get_int_gmatrix(const atom_data& atoms, const internal_coordinates& internal,
+                                    const std::string& ffreq, const input_data& input, output_file& fout,
                                     const messages& say) {
-  const int nr = br.cols();
+  const int nr = internal.br.cols();
   const int n3 = atoms.n3;
-  const array2<double> b = transposed(br);
+  const double gcut = input.gcut;
+  const array2<double> b = transposed(internal.br);
   array1<double> e;
   array2<double> v;
   int info = 0;
@@ -173,7 +175,11 @@ non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>
   fout.write(gcut_line, {gcut});
   fout.write(vibrations_line, {n3 - external_modes});
   fout.write(found_line, {nv});
-  if (nv != n3 - external_modes && nv != n3 - 5) tell_wrong_count(e, fout);
+  if (nv != n3 - external_modes && nv != n3 - 5) {
+    say.warn(ffreq + ": " + std::to_string(nv) + " independent internal coordinates, but 3N-6 is " +
+             std::to_string(n3 - external_modes) + ": " + ways_on(atoms, internal, input));
+    tell_wrong_count(e, fout);
+  }
   non_redundant_basis basis;
   basis.nv = n3 - external_modes;
   if (nv != basis.nv)

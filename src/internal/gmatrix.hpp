@@ -3,21 +3,22 @@
 
 #include <string>
 
+#include "input/keys.hpp"        // for input_data
 #include "linalg/array.hpp"      // for array1, array2
-#include "molecule/record.hpp"   // for atom_data, non_redundant_basis
+#include "molecule/record.hpp"   // for atom_data, internal_coordinates, non_redundant_basis
 #include "text/messages.hpp"     // for messages
 #include "text/output_file.hpp"  // for output_file
 
 namespace vbn {
 
 // The basis from the rows `br` of B (angstrom) and the masses (electron masses): eigenvectors of G with an
-// eigenvalue above gcut in magnitude, orthonormalised by the -1/2 power of their own G matrix, so that bm bmT
-// = 1 for the rows in use. Their number goes to the log and must be n3 - 6 or n3
-// - 5; otherwise the eigenvalues go to the log and the run stops. A number other than `nv` gives a warning
-// that names the file `ffreq`, as the later steps use the first `nv`. After Wilson, J. Chem. Phys. 9 (1941)
-// 76, and Pulay, Fogarasi, J. Chem. Phys. 96 (1992) 2856.
-non_redundant_basis get_int_gmatrix(const atom_data& atoms, const array2<double>& br,
-                                    const std::string& ffreq, double gcut, output_file& fout,
+// eigenvalue above the key gcut in magnitude, orthonormalised by the -1/2 power of their own G matrix, so
+// that bm bmT = 1 for the rows in use. Their number goes to the log and must be n3 - 6 or n3 - 5; otherwise
+// the eigenvalues go to the log and the run stops, after a warning with the reason and the ways on. A number
+// other than `nv` gives a warning that names the file `ffreq`, as the later steps use the first `nv`. After
+// Wilson, J. Chem. Phys. 9 (1941) 76, and Pulay, Fogarasi, J. Chem. Phys. 96 (1992) 2856.
+non_redundant_basis get_int_gmatrix(const atom_data& atoms, const internal_coordinates& internal,
+                                    const std::string& ffreq, const input_data& input, output_file& fout,
                                     const messages& say);
 
 // The matrix B M^-1 BT (m,m) of b(m,3n) and the n masses.

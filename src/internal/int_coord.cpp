@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "internal/bond.hpp"         // for get_bond, def_bond, get_bond_num
+#include "internal/fragments.hpp"    // for ways_on
 #include "internal/wilson_rows.hpp"  // for the values and B rows
 #include "linalg/vector3.hpp"        // for vector3
 #include "text/layout.hpp"           // for layout
@@ -201,10 +202,14 @@ void refuse_coincident_atoms(const array2<double>& x, const std::string& ffreq) 
 }
 
 // Impropers are in use where a single atom has more than one neighbour.
-bool use_impropers(const array1<int>& bond_num) {
+bool use_impropers(const atom_data& atoms, const walk& w) {
+  const array1<int>& bond_num = w.bond_num;
   int n2bond = 0;
   for (int i = 1; i <= bond_num.size(); ++i) {
     if (bond_num(i) == 0) {
+      internal_coordinates parts;
+      parts.bond = w.bond;
+      w.say.warn(w.ffreq + ": " + ways_on(atoms, parts, w.input));
       static const layout unconnected("(\"Atom \", i10)");
       stop("unconnected atom in bmatred", lines_of(unconnected, {i}));
     }
@@ -279,7 +284,7 @@ internal_coordinates get_int_coord(const atom_data& atoms, const std::string& ff
   walk w{ffreq, input, say, array1<vector3>(atoms.natom), get_bond(xau, atoms.nat, say), {}, false, {}, {}};
   def_bond(input, w.bond);
   w.bond_num = get_bond_num(w.bond);
-  w.impropt = use_impropers(w.bond_num);
+  w.impropt = use_impropers(atoms, w);
   for (int i = 1; i <= atoms.natom; ++i) w.x(i) = {xau(1, i), xau(2, i), xau(3, i)};
   get_int_stretch(w);
   get_int_angle(w);

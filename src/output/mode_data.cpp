@@ -274,10 +274,10 @@ void write_files(const array1<states>& state, std::string_view fname, const inpu
 
 double delta_s(const array2<double>& s_order) {
   const int n3 = s_order.rows();
-  if (n3 < first_vibration) return 0.0;
+  if (n3 == external_modes) return 0.0;  // no vibrations to take the mean of
   double sum = 0.0;
   for (int i = first_vibration; i <= n3; ++i) sum += std::abs(s_order(i, i));
-  return 1.0 - sum / static_cast<double>(n3 - first_vibration + 1);
+  return 1.0 - sum / static_cast<double>(n3 - external_modes);
 }
 
 void write_vbn(const array1<states>& state, std::string_view fname, const input_keys& keys) {

@@ -96,6 +96,10 @@ void output_file::free_form(std::initializer_list<value> values) {
   flush_if_full();
 }
 
+void output_file::save() {
+  if (place_ == place::file) flush();
+}
+
 void output_file::close() {
   if (place_ != place::file) return;
   flush();

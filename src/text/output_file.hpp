@@ -40,6 +40,8 @@ class output_file {
   const std::string& name() const { return name_; }
   // What was written to a file in memory.
   const std::string& content() const { return held_; }
+  // Writes what is held, so that the file can be read while the run goes on.
+  void save();
   // Writes what is left and closes the file.
   void close();
 

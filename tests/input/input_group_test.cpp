@@ -34,7 +34,7 @@ std::string check_of(const std::string& content) {
   const input_data input = keys_of(content);
   const ending e = ending_of([&] {
     input_data checked = input;
-    check(checked, 6);
+    check(checked, 6, {});
   });
   return e.status == -1 ? "passed" : e.printed + e.error;
 }
@@ -160,7 +160,7 @@ TEST(input_group, check_stops_at_empty_lists_wrong_modes_and_wrong_coordinates) 
             "Error!\nmodify_dush =      shut \nmodify_dush should be none, open, close\n");
   EXPECT_EQ(check_of("modify_mode = 'close' modify_dush = 'none '"), "passed");
   input_data d = keys_of("if_add_int_coord = t def_add_int_coord = 1 6 0 0 1 2 3 0 4 3 2 1");
-  check(d, 6);
+  check(d, 6, {});
   EXPECT_EQ(std::string(d.def_add_int_type.data(), 3), "bad");
   for (const std::string atoms :
        {"2 2 0 0", "1 7 0 0", "1 2", "3 2 3 0", "1 2 3 1", "1 2 3 7", "5 0 0 0", "1 2 0 3", "1 2 -3 0"}) {

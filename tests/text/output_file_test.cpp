@@ -29,6 +29,8 @@ TEST(output_file, holds_everything_in_order_when_a_stop_ends_the_run) {
     output_file log;
     log = std::move(first);
     log.write(layout("(2i3)"), {1, 2, 3});
+    log.save();
+    EXPECT_EQ(content_of(name), "  1  2\n  3\n");
     log.line("as it stands");
     log.raw("a\nb\n");
     log.free_form({"text ", 7, 0.1, -2.0});
