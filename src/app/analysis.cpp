@@ -34,7 +34,7 @@
 #include "text/fixed_text.hpp"             // for text
 #include "text/layout.hpp"                 // for layout
 #include "text/messages.hpp"               // for messages
-#include "text/stop.hpp"                   // for fail
+#include "text/stop.hpp"                   // for fail, run_end
 
 namespace vbn {
 
@@ -65,19 +65,33 @@ void require_equal_sizes(const run_data& run) {
         .expected = "two calculations on one molecule, with the atoms in the same order"});
 }
 
+// A stop of a reader that does not say where its fault is gets the file.
+template <class Read>
+auto with_file(const text<200>& file, Read read) {
+  try {
+    return read();
+  } catch (run_end& end) {
+    if (end.cause.file.empty()) end.cause.file = file.str();
+    throw;
+  }
+}
+
 // Reads kinds of files, atoms, geometries and force constants; computes the frequencies before any
 // projection.
 void read_states(run_data& run) {
   states& one = run.state(1);
   states& two = run.state(2);
-  qm_file files[] = {get_na(one.file, one.atoms, run.say), get_na(two.file, two.atoms, run.say)};
+  const auto counted = [&](states& it) {
+    return with_file(it.file.ffreq, [&] { return get_na(it.file, it.atoms, run.say); });
+  };
+  qm_file files[] = {counted(one), counted(two)};
   require_equal_sizes(run);
   for (int k = 1; k <= 2; ++k) {
     get_oniom_index(files[k - 1], run.state(k).atoms.natom, run.state(k).file);
   }
   for (int k = 1; k <= 2; ++k) {
     states& it = run.state(k);
-    get_hess(std::move(files[k - 1]), it.file, it.atoms, it.force);
+    with_file(it.file.ffreq, [&] { get_hess(std::move(files[k - 1]), it.file, it.atoms, it.force); });
     it.modes.freq0 = frequencies_of(it.force.fcm());
   }
   warn_of_files(run.state, run.say);
@@ -101,11 +115,11 @@ void read_couplings(run_data& run) {
   input_data& input = run.input;
   array1<states>& state = run.state;
   if (input.do_nacme) {
-    get_nacme(state.span(), run.say);
+    with_file(input.fnacme, [&] { get_nacme(state.span(), run.say); });
     choose_state(state(1).couplings.ifnac, state(2).couplings.ifnac, input.fnacme, input.proj_nacme, run.say);
   }
   if (input.do_tdipd) {
-    get_tdipd(state.span(), run.say);
+    with_file(input.ftdipd, [&] { get_tdipd(state.span(), run.say); });
     choose_state(state(1).dipole.ifdip, state(2).dipole.ifdip, input.ftdipd, input.proj_tdipd, run.say);
   }
 }
@@ -253,14 +267,9 @@ void compare_internal_coordinates(run_data& run) {
   clock.ends("internal displacements");
 }
 
-run_data analyse(const input_data& input, const messages& say, output_file log) {
-  run_data run;
-  run.input = input;
-  run.say = say;
-  run.fout = std::move(log);
+void analyse(run_data& run) {
   relate_states(run);
   compare_internal_coordinates(run);
-  return run;
 }
 
 }  // namespace vbn

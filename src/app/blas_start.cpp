@@ -10,7 +10,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "linalg/blas_memory.hpp"  // for use_one_blas_thread
+#include "linalg/blas_memory.hpp"  // for use_blas_threads
 
 namespace vbn {
 
@@ -40,7 +40,7 @@ __attribute__((section(".preinit_array"), used)) void (*const before_libraries)(
 
 void settle_blas() {
   if (size_of_set > 0) ::syscall(SYS_sched_setaffinity, 0, size_of_set, &all_cores);
-  use_one_blas_thread();
+  use_blas_threads(1);
 }
 
 }  // namespace vbn

@@ -11,24 +11,31 @@ namespace vbn {
 
 namespace {
 
-using set_threads = void (*)(int);
-
-// Its routine for the number of threads; nullptr when the BLAS is another library.
-set_threads openblas_threads() {
-  return reinterpret_cast<set_threads>(::dlsym(RTLD_DEFAULT, "openblas_set_num_threads"));
+// A routine of OpenBLAS; nullptr when the BLAS is another library.
+template <class Routine>
+Routine* openblas(const char* name) {
+  return reinterpret_cast<Routine*>(::dlsym(RTLD_DEFAULT, name));
 }
+
+constexpr const char* set_threads = "openblas_set_num_threads";
+constexpr const char* get_threads = "openblas_get_num_threads";
 
 bool has_memory() {
   constexpr std::size_t buffer = std::size_t{136} << 20U;  // bytes: 128 MiB and what is needed to align them
-  if (openblas_threads() == nullptr) return true;
+  if (openblas<void(int)>(set_threads) == nullptr) return true;
   void* const block = ::mmap(nullptr, buffer, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   return block != MAP_FAILED && ::munmap(block, buffer) == 0;
 }
 
 }  // namespace
 
-void use_one_blas_thread() {
-  if (const set_threads set = openblas_threads()) set(1);
+int blas_threads() {
+  auto* const get = openblas<int()>(get_threads);
+  return get == nullptr ? 1 : get();
+}
+
+void use_blas_threads(int threads) {
+  if (auto* const set = openblas<void(int)>(set_threads)) set(threads);
 }
 
 void require_blas_memory() {
