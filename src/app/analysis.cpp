@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "app/stage_clock.hpp"             // for stage_clock
+#include "checks/atom_order.hpp"           // for warn_of_atom_order
+#include "checks/sources.hpp"              // for require_one_molecule, warn_of_sources
 #include "checks/plausibility.hpp"         // for warn_of_files, warn_of_modes
 #include "couplings/dipole.hpp"            // for get_tdipd, proj_dip
 #include "couplings/nacme.hpp"             // for get_nacme
@@ -28,6 +30,7 @@
 #include "molecule/record.hpp"             // for states
 #include "output/log_sections.hpp"         // for print_coord, print_freq
 #include "readers/atom_count.hpp"          // for get_na, get_oniom_index
+#include "readers/qm_file.hpp"             // for qm_file_printed
 #include "readers/file_type.hpp"           // for qm_file
 #include "symmetry/classification.hpp"     // for get_point_group, print_point_group
 #include "symmetry/enforcement.hpp"        // for get_enforce_symm
@@ -91,10 +94,16 @@ void read_states(run_data& run) {
   }
   for (int k = 1; k <= 2; ++k) {
     states& it = run.state(k);
-    with_file(it.file.ffreq, [&] { get_hess(std::move(files[k - 1]), it.file, it.atoms, it.force); });
+    with_file(it.file.ffreq, [&] {
+      it.file.printed = qm_file_printed(files[k - 1]);
+      get_hess(std::move(files[k - 1]), it.file, it.atoms, it.force);
+    });
     it.modes.freq0 = frequencies_of(it.force.fcm());
   }
+  require_one_molecule(run.state);
   warn_of_files(run.state, run.say);
+  warn_of_atom_order(run.state, run.say);
+  warn_of_sources(run.state, run.say);
 }
 
 // The state of the couplings or dipole derivatives of a file: the first whose geometry is that of the file.

@@ -5,13 +5,12 @@
 #include <cmath>
 #include <string>
 
+#include "checks/wording.hpp"            // for with_digits, of_state
 #include "frame/inertial.hpp"            // for inertm
 #include "molecule/constants.hpp"        // for au_to_cm, bohr_to_ang, external_modes, first_vibration
 #include "molecule/external_motion.hpp"  // for rotational_residual
 #include "molecule/geometry.hpp"         // for root_mean_square_of_atoms
 #include "text/messages.hpp"             // for messages
-#include "text/number.hpp"               // for write_fixed
-#include "text/words.hpp"                // for adjustl
 
 namespace vbn {
 
@@ -24,16 +23,6 @@ constexpr double far_apart = 0.3;          // root mean square distance of the g
 constexpr double little_alike = 0.35;      // mean square of the largest overlap of each mode
 constexpr double routes_ratio = 1.5;       // totals of the two routes
 constexpr double routes_difference = 200;  // the same, cm-1
-
-std::string with_digits(double number, int digits) {
-  std::string shown(24, ' ');
-  write_fixed(shown.data(), number, 24, digits);
-  return std::string(adjustl(shown));
-}
-
-std::string of_state(const states& state, int k) {
-  return "state " + std::to_string(k) + " (" + state.file.ffreq.str() + ")";
-}
 
 bool is_linear(const states& state) {
   array2<double> x = state.atoms.x;
@@ -55,14 +44,6 @@ void warn_of_files(const array1<states>& state, const messages& say) {
              with_digits(100.0 * felt, 1) +
              " % of the largest; the Hessian is in another frame than the geometry, or the geometry is not a "
              "stationary point");
-  }
-  for (int i = 1; i <= state(1).atoms.natom; ++i) {
-    if (state(1).atoms.nat(i) == state(2).atoms.nat(i)) continue;
-    say.warn("atom " + std::to_string(i) + " is " + state(1).atoms.symbol(i).str() + " in " +
-             state(1).file.ffreq.str() + " and " + state(2).atoms.symbol(i).str() + " in " +
-             state(2).file.ffreq.str() +
-             ": displacements are reliable only with the same order of the atoms in both files");
-    return;
   }
 }
 

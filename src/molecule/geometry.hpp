@@ -17,4 +17,8 @@ double root_sum_square(const array2<double>& x1, const array2<double>& x2);
 double root_mean_square_of_coordinates(const array2<double>& x1, const array2<double>& x2);
 double root_mean_square_of_atoms(const array2<double>& x1, const array2<double>& x2);
 
+// The root mean square over the atoms after the best translation and rotation, each atom with the same
+// weight: by the largest eigenvalue of the matrix of Horn, J. Opt. Soc. Am. A 4 (1987) 629.
+double superposed_distance(const array2<double>& x1, const array2<double>& x2);
+
 }  // namespace vbn

@@ -3,6 +3,7 @@
 
 #include "linalg/array.hpp"              // for array1, array2, array3
 #include "molecule/constants.hpp"        // for max_rep
+#include "molecule/printed_results.hpp"  // for printed_results
 #include "molecule/force_constants.hpp"  // for force_constants
 #include "text/fixed_text.hpp"           // for text
 
@@ -18,9 +19,10 @@ struct file_data {
   text<100> ffreq_type;
   text<100> ffreq_version;
   bool ifoniom = false;
-  int nqmmm = 0;     // atoms in an ONIOM file, of which those of the high layer are analysed
-  array1<int> iqm;   // (natom) place in the file of each analysed atom; with ONIOM only
-  array1<int> iqm3;  // (n3) the same for Cartesian indices
+  int nqmmm = 0;            // atoms in an ONIOM file, of which those of the high layer are analysed
+  array1<int> iqm;          // (natom) place in the file of each analysed atom; with ONIOM only
+  array1<int> iqm3;         // (n3) the same for Cartesian indices
+  printed_results printed;  // what the program printed of its own results
 };
 
 // Atoms, masses and the geometry in the current frame.

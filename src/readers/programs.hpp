@@ -25,6 +25,7 @@ struct kind_readers {
   void (*mass)(input_file&, array1<double>&) = nullptr;    // their masses, amu
   void (*coord)(input_file&, array2<double>&) = nullptr;   // their coordinates (3,natom), bohr
   array2<double> (*fc)(input_file&, int natom) = nullptr;  // force constants (n3,n3), hartree/bohr^2
+  printed_results (*printed)(input_file&) = nullptr;       // what the program printed of its own results
   void (*nacme)(qm_file&, file_couplings&) = nullptr;      // couplings, in arrays that have their sizes
   void (*tdipd)(input_file&, file_dipole&) = nullptr;  // dipole derivatives, in arrays that have their sizes
 };
@@ -47,6 +48,7 @@ void gaussian_log_coord(input_file& file, array2<double>& x);
 // The last coordinates before the byte at `end`; false when there are none.
 bool gaussian_log_coord_before(input_file& file, std::size_t end, array2<double>& x);
 void gaussian_log_nacme(qm_file& from, file_couplings& read);
+printed_results gaussian_log_printed(input_file& file);
 std::optional<int> gaussian_fchk_natom(input_file& file);
 // The coordinates of the checkpoint; false when it has none, or of another number of atoms.
 bool gaussian_fchk_coord(input_file& file, array2<double>& x);
@@ -58,6 +60,7 @@ void molpro_nat(input_file& file, array1<int>& nat);
 void molpro_mass(input_file& file, array1<double>& mass);
 void molpro_coord(input_file& file, array2<double>& x);
 array2<double> molpro_fc(input_file& file, int natom);
+printed_results molpro_printed(input_file& file);
 void molpro_nacme(qm_file& from, file_couplings& read);
 
 // Numerical frequencies (numforce.cpp)
@@ -74,6 +77,7 @@ void nwchem_nat(input_file& file, array1<int>& nat);
 void nwchem_mass(input_file& file, array1<double>& mass);
 void nwchem_coord(input_file& file, array2<double>& x);
 array2<double> nwchem_fc(input_file& file, int natom);
+printed_results nwchem_printed(input_file& file);
 void nwchem_nacme(qm_file& from, file_couplings& read);
 
 // Turbomole (turbomole.cpp)
@@ -81,6 +85,7 @@ std::optional<int> turbomole_natom(input_file& file);
 void turbomole_mass(input_file& file, array1<double>& mass);
 void turbomole_coord(input_file& file, array2<double>& x);
 array2<double> turbomole_fc(input_file& file, int natom);
+printed_results turbomole_printed(input_file& file);
 void turbomole_nacme(qm_file& from, file_couplings& read);
 
 // Programs for crystals, without force constants (crystals.cpp)

@@ -93,6 +93,12 @@ array2<double> qm_file_fc(qm_file& file, int natom) {
   return fc;
 }
 
+printed_results qm_file_printed(qm_file& file) {
+  if (const file_state* state = whole_state(file)) return state->printed;
+  const auto read = rewound(file).printed;
+  return read == nullptr ? printed_results() : read(file.file);
+}
+
 file_couplings qm_file_nacme(qm_file& file, int natom) {
   check_natom(file.file, natom);
   const auto read = rewound(file).nacme;

@@ -4,8 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "linalg/array.hpp"       // for array1, array2, array3
-#include "readers/file_type.hpp"  // for qm_file
+#include "linalg/array.hpp"              // for array1, array2, array3
+#include "molecule/printed_results.hpp"  // for printed_results
+#include "readers/file_type.hpp"         // for qm_file
 
 namespace vbn {
 
@@ -32,6 +33,9 @@ array2<double> qm_file_coord(qm_file& file, int natom);
 // Force constants (n3,n3), n3 = 3 x natom, in hartree/bohr^2, full and symmetric (of a NUMFORCE file as in
 // the file).
 array2<double> qm_file_fc(qm_file& file, int natom);
+
+// What the program printed of its own results; all empty for a kind that prints none.
+printed_results qm_file_printed(qm_file& file);
 
 // Non-adiabatic couplings of the atoms of a file, in atomic units. A file has one of the two arrays; the
 // relation nacme = tranele x z / e_vert gives the other.
