@@ -102,7 +102,7 @@ void read_states(run_data& run) {
   }
   require_one_molecule(run.state);
   warn_of_files(run.state, run.say);
-  warn_of_atom_order(run.state, run.say);
+  run.other_order = warn_of_atom_order(run.state, run.say);
   warn_of_sources(run.state, run.say);
 }
 
@@ -207,7 +207,7 @@ void relate_modes(run_data& run) {
   get_vbn(run.state, input, run.say);
   set_positive_diag(run.state, input.positive_diag, input, run.say);
   set_proper_rotation(run.state, input.proper_rotation, input, run.say);
-  warn_of_distance(run.state, run.say);
+  if (!run.other_order) warn_of_distance(run.state, run.say);
 }
 
 void require_state(int proj, const char* key, const text<200>& file) {

@@ -194,14 +194,14 @@ std::optional<atom_order> matching_order(const atom_data& one, const array2<bool
   return found;
 }
 
-void warn_of_atom_order(const array1<states>& state, const messages& say) {
+bool warn_of_atom_order(const array1<states>& state, const messages& say) {
   const atom_data& one = state(1).atoms;
   const atom_data& two = state(2).atoms;
   int other = 1;
   while (other <= one.natom && one.nat(other) == two.nat(other)) ++other;
   const bool same_elements = other > one.natom;
   const double given = superposed_distance(one.x, two.x);
-  if (same_elements && bohr_to_ang * given < far_apart) return;
+  if (same_elements && bohr_to_ang * given < far_apart) return false;
   const std::optional<atom_order> found = matching_order(one, bonds_of(one), two, bonds_of(two));
   if (found && (!same_elements || found->distance < clearly_nearer * given)) {
     const std::string distances = with_digits(bohr_to_ang * found->distance, 3) +
@@ -215,7 +215,7 @@ void warn_of_atom_order(const array1<states>& state, const messages& say) {
                state(2).file.ffreq.str() + (found->mirrored ? " (its mirror image)" : "") +
                "; so the geometries are " + distances + ". Give both files in one order");
     }
-    return;
+    return true;
   }
   if (!same_elements) {
     say.warn("atom " + std::to_string(other) + " is " + one.symbol(other).str() + " in " +
@@ -223,6 +223,7 @@ void warn_of_atom_order(const array1<states>& state, const messages& say) {
              state(2).file.ffreq.str() +
              ": displacements are reliable only with the same order of the atoms in both files");
   }
+  return !same_elements;
 }
 
 }  // namespace vbn

@@ -23,7 +23,7 @@ std::optional<atom_order> matching_order(const atom_data& one, const array2<bool
                                          const atom_data& two, const array2<bool_>& bond2);
 
 // Warns when the atoms of the states do not correspond, with the order that makes them, where there is one.
-// Nothing is reordered.
-void warn_of_atom_order(const array1<states>& state, const messages& say);
+// Nothing is reordered. Returns whether it has warned.
+bool warn_of_atom_order(const array1<states>& state, const messages& say);
 
 }  // namespace vbn

@@ -28,8 +28,9 @@ states read(const molecule& atoms) {
   return state;
 }
 
-std::string warnings_of(const states& one, const states& two,
-                        void (*check)(const array1<states>&, const messages&) = warn_of_sources) {
+std::string warnings_of(
+    const states& one, const states& two,
+    const std::function<void(const array1<states>&, const messages&)>& check = warn_of_sources) {
   array1<states> both(2);
   both(1) = one;
   both(2) = two;
