@@ -16,7 +16,7 @@
 #include "molecule/constants.hpp"      // for au_to_cm, bohr_to_ang
 #include "python/one_blas_thread.hpp"  // for one_blas_thread
 #include "text/input_file.hpp"         // for input_file
-#include "text/stop.hpp"               // for run_end
+#include "text/stop.hpp"               // for run_end, fail_in
 
 namespace py = pybind11;
 
@@ -90,7 +90,11 @@ py::dict route_of(const mode_results& results) {
 // The couplings of a state along its modes, in the order of the modes.
 py::dict couplings_of(const nacme_table& table, const array1<int>& order) {
   const int n3 = table.rows.size();
-  array1<double> along(n3), dimensionless(n3), energies(n3), linear(n3), rates(n3);
+  array1<double> along(n3);
+  array1<double> dimensionless(n3);
+  array1<double> energies(n3);
+  array1<double> linear(n3);
+  array1<double> rates(n3);
   for (int i = 1; i <= n3; ++i) {
     const nacme_row& row = table.rows(i);
     const int mode = order(i);

@@ -6,13 +6,14 @@
     a.frequencies[0]                           # cm-1, state 1
     a.huang_rhys[1]                            # Huang-Rhys factors on the surface of state 2
     a.internal.reorganisation_energies[1]      # the same states through internal coordinates, cm-1
+    a.write_modes('s0_modes.xyz')              # true motions for a molecule viewer
     a.to_json('s0_s1.json')
 
 `analyse` takes two frequency calculations, `analyse_input` an input file of the program vbn; both return an
 `Analysis`. The keys of the input group are keyword arguments of the same names; `keys()` lists them. Arrays are
 numpy arrays, made once and not to be written to; atoms, modes and states count from 0 in them (in keys they count
 from 1, as in input files). Warnings of the analysis are Python warnings, of the kind `ResultWarning`; what cannot be
-analysed raises `Error`. Nothing is printed, and no file is written except by the methods that are asked to.
+analysed raises `Error`. `vbn.plot` draws pictures with matplotlib. Nothing is printed, and no file is written except by the methods that are asked to.
 
 The analysis does not hold the interpreter lock, so that threads run side by side. While one runs, the BLAS has one
 thread, which makes the last bits of a result independent of the number of cores."""

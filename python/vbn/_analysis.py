@@ -10,6 +10,7 @@ from collections import Counter
 import numpy as np
 
 from vbn import _core
+from vbn._viewer_files import geometries_text, modes_text
 
 KINDS = ('bond', 'linear bend', 'bend', 'dihedral', 'improper dihedral', 'linear torsion')
 FIRST_VIBRATION = 6  # modes before it count as translations and rotations
@@ -200,6 +201,18 @@ class Analysis(_Values):
         values = _finite({'vbn': _core.version, **self.to_dict()})
         lines = (f'{json.dumps(name)}: {json.dumps(value, allow_nan=False)}' for name, value in values.items())
         replace_file(path, '{\n' + ',\n'.join(lines) + '\n}\n')
+
+    def write_modes(self, path, state=0, modes=None):
+        """Writes the true motions of the vibrations of a state for a molecule viewer: the displacement of each atom is
+        the eigenvector over the root of the mass, each mode of length 1.
+
+        The ending of the path decides: .xyz or .extxyz extended XYZ, a frame for each mode (ASE, OVITO, Jmol); .cjson
+        Chemical JSON (Avogadro 2); .molden Molden. modes: a list of modes from 0; without it all from 6 on."""
+        replace_file(path, modes_text(self, path, state, modes))
+
+    def write_geometries(self, path):
+        """Writes the minima of both states, with their element symbols, as the two frames of an XYZ file."""
+        replace_file(path, geometries_text(self))
 
     def __repr__(self):
         lines = [f'<vbn.Analysis of {self.formula}: {self.files[0]} and {self.files[1]}, {len(self.symbols)} atoms, '

@@ -14,7 +14,9 @@ namespace {
 // A routine of OpenBLAS; nullptr when the BLAS is another library.
 template <class Routine>
 Routine* openblas(const char* name) {
-  return reinterpret_cast<Routine*>(::dlsym(RTLD_DEFAULT, name));
+  // dlsym gives every symbol as a pointer to data.
+  return reinterpret_cast<Routine*>(  // NOLINT(cppcoreguidelines-pro-type-reinterpret-cast)
+      ::dlsym(RTLD_DEFAULT, name));
 }
 
 constexpr const char* set_threads = "openblas_set_num_threads";
