@@ -6,13 +6,15 @@
 #include <fstream>
 #include <string>
 
-#include "readers/qm_file.hpp"  // for qm_file_natom, name_of
-#include "readers/rows.hpp"     // for check_natom, next_row
-#include "readers/scan.hpp"     // for search_word_free
-#include "text/fixed_text.hpp"  // for text
-#include "text/messages.hpp"    // for messages, free_line
-#include "text/stop.hpp"        // for stop_printed, fail, fail_in
-#include "text/words.hpp"       // for word_of, name_main
+#include "readers/foreign.hpp"   // for what_is
+#include "readers/programs.hpp"  // for names_of_kinds
+#include "readers/qm_file.hpp"   // for qm_file_natom, name_of
+#include "readers/rows.hpp"      // for check_natom, next_row
+#include "readers/scan.hpp"      // for search_word_free
+#include "text/fixed_text.hpp"   // for text
+#include "text/messages.hpp"     // for messages, free_line
+#include "text/stop.hpp"         // for stop_printed, fail, fail_in
+#include "text/words.hpp"        // for word_of, name_main
 
 namespace vbn {
 
@@ -69,10 +71,17 @@ text<200> checkpoint_of(std::string_view ffreq) {
   return fchk;
 }
 
+// What a file of unknown kind is, and which ones are read.
+std::string unknown_file(const qm_file& file) {
+  const std::string is = what_is(file.file.content());
+  return ": " + (is.empty() ? std::string("no known program writes such a file") : "it is " + is) +
+         ". Files that are read: " + names_of_kinds() + "; docs/programs.md says what to ask of each program";
+}
+
 // Gives a warning with the name of the file before the stop for a count below 1.
 void warn_no_atoms(const qm_file& file, bool ifoniom) {
   file.file.warn("no number of atoms found in " + file.file.name() +
-                 (file.kind == file_kind::unknown ? ": no known program writes such a file"
+                 (file.kind == file_kind::unknown ? unknown_file(file)
                   : ifoniom
                       ? ": it contains the word \"oniom\", but no atoms of layer \"H\" after \"Charge =\""
                       : ", which is read as a " + name_of(file.kind) + " file"));

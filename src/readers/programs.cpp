@@ -78,4 +78,14 @@ const kind_readers& readers_of(file_kind kind) {
   return *std::ranges::find(kinds, kind, &kind_readers::kind);
 }
 
+std::string names_of_kinds() {
+  std::string names;
+  for (const kind_readers& row : kinds) {
+    if (row.fc == nullptr && row.state == nullptr && row.kind != file_kind::gaussian_log) continue;
+    if (!names.empty()) names += ", ";
+    names += row.name;
+  }
+  return names;
+}
+
 }  // namespace vbn

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "linalg/array.hpp"        // for array1, array2
@@ -32,6 +33,9 @@ struct kind_readers {
 
 // The row of a kind in the table of all kinds.
 const kind_readers& readers_of(file_kind kind);
+
+// The names of the kinds that hold force constants, separated by commas.
+std::string names_of_kinds();
 
 // ChemShell (chemshell.cpp)
 std::optional<int> chemshell_natom(input_file& file);

@@ -36,9 +36,7 @@ file_state* whole_state(qm_file& file) {
   const std::string kind =
       file.kind == file_kind::unknown ? "a file of unknown kind" : "a " + name_of(file.kind) + " file";
   fail_in(file.file.name(), "cannot read " + std::string(what) + " from " + kind,
-          "an output of ChemShell, Gaussian (the log, with its .fchk file in the current directory), Molpro, "
-          "NWChem or "
-          "Turbomole, or a file of numerical frequencies");
+          "one of the files that are read: " + names_of_kinds());
 }
 
 }  // namespace

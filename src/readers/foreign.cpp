@@ -1,0 +1,90 @@
+// First bytes and headings of files that are not read.
+#include "readers/foreign.hpp"  // for what_is
+
+#include "text/words.hpp"  // for adjustl, lowercase
+
+namespace vbn {
+
+namespace {
+
+struct sign {
+  std::string_view marker;
+  std::string_view is;
+};
+
+// At the very beginning.
+constexpr sign first_bytes[] = {
+    {"\x1f\x8b", "compressed by gzip; unpack it first"},
+    {"BZh", "compressed by bzip2; unpack it first"},
+    {"\xfd"
+     "7zXZ",
+     "compressed by xz; unpack it first"},
+    {"PK\x03\x04", "a zip archive or an office document; give the text file of the program"},
+    {"%PDF", "a PDF; give the text file of the program"},
+    {"\xff\xfe", "text in UTF-16; save it as plain text (UTF-8)"},
+    {"\xfe\xff", "text in UTF-16; save it as plain text (UTF-8)"},
+    {"\x89HDF", "an HDF5 file; give the text file of the program"},
+};
+
+// Anywhere; of several the first in this list.
+constexpr sign headings[] = {
+    {"* O   R   C   A *", "an output of ORCA; give the .hess file of the frequency job"},
+    {"Welcome to Q-Chem", "an output of Q-Chem without the Hessian"},
+    {"Psi4: An Open-Source", "an output of Psi4 without the Hessian; print it, or give its .hess file"},
+    {"x T B", "an output of xtb; give the file hessian, with xtbopt.xyz beside it"},
+    {"Coupled-Cluster techniques for Computational Chemistry",
+     "an output of CFOUR without a Cartesian Hessian"},
+    {"GAMESS VERSION", "an output of GAMESS without the force constant matrix"},
+    {"Firefly version", "an output of Firefly without the force constant matrix"},
+    {"OpenMolcas", "an output of OpenMolcas; give the .UnSym file"},
+    {"CP2K|", "an output of CP2K without the Hessian"},
+    {"MOPAC", "an output of MOPAC; give the .aux file of a FORCE job with AUX"},
+    {"Dalton - An Electronic Structure Program", "an output of DALTON without the Hessian"},
+    {"Jaguar version", "an output of Jaguar; give the restart file .01.in"},
+    {"T E R A C H E M", "an output of TeraChem, whose Hessian has too few digits"},
+    {"TeraChem v", "an output of TeraChem, whose Hessian has too few digits"},
+    {"Amsterdam Density Functional", "an output of ADF, which is not read"},
+    {"Amsterdam Modeling Suite", "an output of AMS, which is not read"},
+    {"Invoking FHI-aims", "an output of FHI-aims, which is not read"},
+    {"CRYSTAL", "an output of CRYSTAL, which is not read"},
+    {"Copyright 2018, Gaussian, Inc", "a Gaussian log without its beginning; give the whole log"},
+    {"Entering Link 1", "a Gaussian log without its beginning; give the whole log"},
+    {"Normal termination of Gaussian", "a Gaussian log without its beginning; give the whole log"},
+};
+
+// The first characters of a line of an input.
+constexpr sign input_lines[] = {
+    {"%chk", "an input of Gaussian; give the output of the job"},
+    {"#p ", "an input of Gaussian; give the output of the job"},
+    {"# ", "an input of Gaussian; give the output of the job"},
+    {"$molecule", "an input of Q-Chem; give the output of the job"},
+    {"$rem", "an input of Q-Chem; give the output of the job"},
+    {"* xyz", "an input of ORCA; give the .hess file of the job"},
+    {"*xyz", "an input of ORCA; give the .hess file of the job"},
+    {"geometry", "an input of NWChem or Molpro; give the output of the job"},
+    {"geometry={", "an input of Molpro; give the output of the job"},
+    {"&vbn", "an input of vbn"},
+};
+
+constexpr std::size_t input_size = 100'000;  // bytes; a longer text is no input
+
+}  // namespace
+
+std::string what_is(std::string_view content) {
+  if (content.empty()) return "empty";
+  for (const sign& s : first_bytes)
+    if (content.starts_with(s.marker)) return std::string(s.is);
+  for (const sign& s : headings)
+    if (content.find(s.marker) != std::string_view::npos) return std::string(s.is);
+  if (content.size() > input_size) return {};
+  while (!content.empty()) {
+    const std::size_t end = std::min(content.find('\n'), content.size());
+    const std::string line = lowercase(adjustl(content.substr(0, end)));
+    for (const sign& s : input_lines)
+      if (line.starts_with(s.marker)) return std::string(s.is);
+    content.remove_prefix(std::min(end + 1, content.size()));
+  }
+  return {};
+}
+
+}  // namespace vbn
