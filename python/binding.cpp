@@ -119,6 +119,11 @@ py::dict state_of(const run_data& run, int k) {
   state["file"] = decoded(from.file.ffreq.trimmed());
   state["program"] = decoded(from.file.ffreq_type.trimmed());
   state["version"] = decoded(from.file.ffreq_version.trimmed());
+  const printed_results& printed = from.file.printed;
+  state["method"] = decoded(printed.method);
+  state["basis_set"] = decoded(printed.basis_set);
+  state["charge"] = printed.charge;
+  state["multiplicity"] = printed.multiplicity;
   state["masses"] = copied(from.atoms.mass);
   state["geometry"] = transposed_copy(from.atoms.x, bohr_to_ang);
   state["force_constants"] = copied(from.force.fc());
@@ -186,6 +191,7 @@ input_data keys_of(const std::string& name, const std::optional<std::string>& gr
                    const std::string& folder, const messages& say) {
   input_data input;
   init(input);
+  input.finp = name;
   read_group(input, group ? input_file::from_memory(name, *group, say) : input_file(name, say));
   for (text<200>* file : {&input.ffreq(1), &input.ffreq(2), &input.fnacme, &input.ftdipd}) {
     place_in(folder, *file);

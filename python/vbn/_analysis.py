@@ -20,7 +20,7 @@ class Error(Exception):
     """What ends an analysis: a file or key with a fault, or calculations that do not belong together.
 
     The text is what the program vbn prints. `file` is the file with the fault, `line` its line, from 1, and `expected`
-    what should be there or what to do; each is None where it does not apply. `log` is the log up to the stop."""
+    what should be there or what to do; `file` and `line` are None where there is none. `log` is the log up to the stop."""
 
     def __init__(self, message, file=None, line=None, expected=None, log=''):
         super().__init__(message)
@@ -141,6 +141,10 @@ class Analysis(_Values):
     files = _attribute('files', "The two frequency files, as a list of names.")
     programs = _attribute('programs', "The program that wrote each, a list of two texts, as 'NWCHEM'.")
     program_versions = _attribute('program_versions', "The version of each program, a list of two texts.")
+    methods = _attribute('methods', "The method of each calculation as its file prints it, two texts; '' where it does not.")
+    basis_sets = _attribute('basis_sets', "The basis set of each, in the same way.")
+    charges = _attribute('charges', "The charge of each, a list of two integers; None where the file does not print it.")
+    multiplicities = _attribute('multiplicities', "The spin multiplicity of each, in the same way.")
     symbols = _attribute('symbols', "Element symbols of the atoms, a list of N texts.")
     atomic_numbers = _attribute('atomic_numbers', "Shape (N,).")
     masses = _attribute('masses', "Shape (2, N), amu.")
@@ -286,7 +290,7 @@ def _analysis(name, group, folder):
     end = raw.get('end')
     if end is None:
         return _analysis_of(raw)
-    expected = end['expected'] or (raw['warnings'] or [None])[-1]
+    expected = end['expected'] or (raw['warnings'] or ['what docs/messages.md says of this message'])[-1]
     # Some stops have their reason in the log alone.
     message = end['message'].strip() or '\n'.join(raw['log'].strip().split('\n')[-3:])
     raise Error(message, end['file'] or None, end['line'] or None, expected, raw['log'])
@@ -354,7 +358,10 @@ def _analysis_of(raw):
         return Route(values | {'totals': np.array([state[name]['total'] for state in states])})
 
     values = {'files': [s['file'] for s in states], 'programs': [s['program'] for s in states],
-              'program_versions': [s['version'] for s in states], 'symbols': raw['symbols'],
+              'program_versions': [s['version'] for s in states],
+              'methods': [s['method'] for s in states], 'basis_sets': [s['basis_set'] for s in states],
+              'charges': [s['charge'] for s in states], 'multiplicities': [s['multiplicity'] for s in states],
+              'symbols': raw['symbols'],
               'atomic_numbers': raw['atomic_numbers'], 'masses': both('masses'), 'geometries': both('geometry'),
               'force_constants': both('force_constants'), 'frequencies': both('frequencies'),
               'raw_frequencies': both('raw_frequencies'), 'zero_point_energies': both('zero_point_energy'),

@@ -68,7 +68,7 @@ void require_equal_sizes(const run_data& run) {
         .expected = "two calculations on one molecule, with the atoms in the same order"});
 }
 
-// A stop of a reader that does not say where its fault is gets the file.
+// A stop that does not say where its fault is gets the file.
 template <class Read>
 auto with_file(const text<200>& file, Read read) {
   try {
@@ -156,7 +156,9 @@ void bring_to_frames(run_data& run) {
       get_isotope(it.file, max_list, input.mass_atom, input.mass_type, it.atoms, it.force);
   }
   for (states& it : run.state) get_inertial(it, run.say);
-  for (states& it : run.state) get_enforce_symm(input.enforce_symm, input.symm_tol, it, run.say);
+  for (states& it : run.state) {
+    with_file(it.file.ffreq, [&] { get_enforce_symm(input.enforce_symm, input.symm_tol, it, run.say); });
+  }
   for (states& it : run.state) {
     // The forces of the other layer fix the position of an ONIOM state, so it is not projected.
     if (!it.file.ifoniom) get_proj_hessian(it.atoms, input.proj_hessian, it.force, run.say);
@@ -186,15 +188,23 @@ void find_modes(run_data& run) {
   warn_of_modes(run.state, run.say);
   if (!run.input.point_group) return;
   for (states& it : run.state) get_point_group(it.atoms.sqtmass, it.symmetry, it.force, it.modes);
-  for (const states& it : run.state) print_point_group(it, run.fout, run.say);
+  for (const states& it : run.state) {
+    with_file(it.file.ffreq, [&] { print_point_group(it, run.fout, run.say); });
+  }
 }
 
 void find_internal_coordinates(run_data& run) {
   const input_data& input = run.input;
-  for (states& it : run.state) it.internal = get_int_coord(it.atoms, it.file.ffreq.str(), input, run.say);
+  for (states& it : run.state) {
+    with_file(it.file.ffreq,
+              [&] { it.internal = get_int_coord(it.atoms, it.file.ffreq.str(), input, run.say); });
+  }
   for (const states& it : run.state) print_int_coord(it.internal, it.atoms, run.fout);
-  for (states& it : run.state)
-    it.basis = get_int_gmatrix(it.atoms, it.internal, it.file.ffreq.str(), input, run.fout, run.say);
+  for (states& it : run.state) {
+    with_file(it.file.ffreq, [&] {
+      it.basis = get_int_gmatrix(it.atoms, it.internal, it.file.ffreq.str(), input, run.fout, run.say);
+    });
+  }
   for (states& it : run.state)
     if (input.proj_f0) get_proj_f0(it.basis.bm, it.force);
 }
@@ -252,7 +262,7 @@ void relate_states(run_data& run) {
   section_ends("files and raw frequencies");
   read_couplings(run);
   select_force_constants(run.state, input.select_state);
-  check(run.input, run.state(1).atoms.natom, run.say);
+  with_file(input.finp, [&] { check(run.input, run.state(1).atoms.natom, run.say); });
   section_ends("couplings and keys");
   bring_to_frames(run);
   section_ends("inertial frames");
