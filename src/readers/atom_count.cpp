@@ -113,7 +113,7 @@ qm_file get_na(file_data& data, atom_data& atoms, const messages& say) {
   }
   if (atoms.natom < 1) warn_no_atoms(file, data.ifoniom);
   check_natom(file.file, atoms.natom);
-  check_size(data.fhess.trimmed(), data.ifoniom ? data.nqmmm : atoms.natom);
+  if (!file.state) check_size(data.fhess.trimmed(), data.ifoniom ? data.nqmmm : atoms.natom);
   atoms.n3 = 3 * atoms.natom;
   return file;
 }

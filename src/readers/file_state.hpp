@@ -13,6 +13,7 @@ struct file_state {
   array2<double> x;     // (3,natom) bohr
   array2<double> fc;    // (n3,n3) hartree/bohr^2, full and symmetric
   printed_results printed;
+  std::string geometry_file;  // the file of the geometry if it is another one
 
   int natom() const { return nat.size(); }
 };

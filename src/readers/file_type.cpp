@@ -7,7 +7,7 @@
 
 #include "readers/scan.hpp"     // for search_word, search_word_free
 #include "text/fixed_text.hpp"  // for text
-#include "text/words.hpp"       // for word_of, is_number
+#include "text/words.hpp"       // for word_of, is_number, adjustl
 
 namespace vbn {
 
@@ -77,6 +77,49 @@ bool turbomole_rev_version(input_file&, std::string_view line, text<100>& versio
   return true;
 }
 
+// The word after `marker`, of a later line, without a comma at its end.
+bool version_after(input_file& file, std::string_view marker, text<100>& version) {
+  std::string_view line;
+  if (!search_word_free(file, marker, line)) return true;
+  std::string_view word = word_of(line.substr(line.find(marker) + marker.size()), 1);
+  if (word.ends_with(',')) word.remove_suffix(1);
+  version = word;
+  return true;
+}
+
+bool orca_version(input_file& file, std::string_view, text<100>& version) {
+  return version_after(file, "Program Version", version);
+}
+
+bool psi4_version(input_file& file, std::string_view, text<100>& version) {
+  return version_after(file, " Psi4 ", version);
+}
+
+bool cfour_version(input_file& file, std::string_view, text<100>& version) {
+  return version_after(file, " Version ", version);
+}
+
+bool dalton_version(input_file& file, std::string_view, text<100>& version) {
+  return version_after(file, "output from DALTON", version);
+}
+
+bool mopac_version(input_file& file, std::string_view, text<100>& version) {
+  return version_after(file, "MOPAC_VERSION=", version);
+}
+
+// "5.2" of " Q-Chem 5.2, Q-Chem, Inc., Pleasanton, CA (2019)".
+bool qchem_version(input_file& file, std::string_view, text<100>& version) {
+  file.back_line();
+  return version_after(file, "Q-Chem ", version);
+}
+
+// "30 SEP 2018" of "GAMESS VERSION = 30 SEP 2018 (R3)".
+bool gamess_version(input_file&, std::string_view line, text<100>& version) {
+  line.remove_prefix(line.find('=') + 1);
+  version = adjustl(line.substr(0, line.find('(')));
+  return true;
+}
+
 struct kind_marker {
   file_kind kind;
   int column;  // of the first character of the marker, 0 for anywhere in a line
@@ -100,6 +143,20 @@ constexpr kind_marker markers[] = {
     {file_kind::wien2k_1, 11, "POTENTIAL PARAMETERS", zero_version},
     {file_kind::wien2k_spe, 3, "bandindex:", zero_version},
     {file_kind::turbomole, 0, "TURBOMOLE rev. V", turbomole_rev_version, true},
+    {file_kind::orca_hess, 1, "$orca_hessian_file", no_version, true},
+    {file_kind::orca_output, 0, "* O   R   C   A *", orca_version, true},
+    {file_kind::qchem, 0, "Q-Chem, Inc.", qchem_version, true},
+    {file_kind::psi4_output, 0, "Psi4: An Open-Source Ab Initio", psi4_version, true},
+    {file_kind::gamess_output, 0, "GAMESS VERSION =", gamess_version, true},
+    {file_kind::gamess_output, 0, "PC GAMESS version", version_word<5>, true},
+    {file_kind::gamess_output, 0, "Firefly version", version_word<4>, true},
+    {file_kind::gamess_punch, 2, "$HESS", no_version, true},
+    {file_kind::cp2k, 2, "CP2K| version string:", version_word<6>, true},
+    {file_kind::mopac_aux, 2, "START OF MOPAC", mopac_version, true},
+    {file_kind::bagel, 0, "BAGEL - Freshly leavened", no_version, true},
+    {file_kind::cfour, 0, "CFOUR Coupled-Cluster techniques", cfour_version, true},
+    {file_kind::dalton, 0, "Dalton - An Electronic Structure Program", dalton_version, true},
+    {file_kind::jaguar, 1, "&hess", no_version, true},
 };
 
 // The file with each tab replaced by blanks up to the next multiple of `tab_stop` columns, since the columns

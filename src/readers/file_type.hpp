@@ -25,7 +25,19 @@ enum class file_kind {
   cif,
   pwout,
   wien2k_1,
-  wien2k_spe
+  wien2k_spe,
+  orca_hess,
+  orca_output,
+  qchem,
+  psi4_output,
+  gamess_output,
+  gamess_punch,
+  cp2k,
+  mopac_aux,
+  bagel,
+  cfour,
+  dalton,
+  jaguar
 };
 
 // A file of another program, opened and searched for its kind once, and passed to all readers of a state.

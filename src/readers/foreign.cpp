@@ -28,18 +28,9 @@ constexpr sign first_bytes[] = {
 
 // Anywhere; of several the first in this list.
 constexpr sign headings[] = {
-    {"* O   R   C   A *", "an output of ORCA; give the .hess file of the frequency job"},
-    {"Welcome to Q-Chem", "an output of Q-Chem without the Hessian"},
-    {"Psi4: An Open-Source", "an output of Psi4 without the Hessian; print it, or give its .hess file"},
     {"x T B", "an output of xtb; give the file hessian, with xtbopt.xyz beside it"},
-    {"Coupled-Cluster techniques for Computational Chemistry",
-     "an output of CFOUR without a Cartesian Hessian"},
-    {"GAMESS VERSION", "an output of GAMESS without the force constant matrix"},
-    {"Firefly version", "an output of Firefly without the force constant matrix"},
     {"OpenMolcas", "an output of OpenMolcas; give the .UnSym file"},
-    {"CP2K|", "an output of CP2K without the Hessian"},
     {"MOPAC", "an output of MOPAC; give the .aux file of a FORCE job with AUX"},
-    {"Dalton - An Electronic Structure Program", "an output of DALTON without the Hessian"},
     {"Jaguar version", "an output of Jaguar; give the restart file .01.in"},
     {"T E R A C H E M", "an output of TeraChem, whose Hessian has too few digits"},
     {"TeraChem v", "an output of TeraChem, whose Hessian has too few digits"},

@@ -70,6 +70,18 @@ constexpr kind_readers kinds[] = {
     {.kind = file_kind::pwout, .name = "PWOUT", .natom = pwout_natom},
     {.kind = file_kind::wien2k_1, .name = "WIEN2K_1"},
     {.kind = file_kind::wien2k_spe, .name = "WIEN2K_spe"},
+    {.kind = file_kind::orca_hess, .name = "ORCA HESS", .state = orca_hess_state},
+    {.kind = file_kind::orca_output, .name = "ORCA", .state = orca_output_state},
+    {.kind = file_kind::qchem, .name = "QCHEM", .state = qchem_state},
+    {.kind = file_kind::psi4_output, .name = "PSI4", .state = psi4_output_state},
+    {.kind = file_kind::gamess_output, .name = "GAMESS", .state = gamess_output_state},
+    {.kind = file_kind::gamess_punch, .name = "GAMESS DAT", .state = gamess_punch_state},
+    {.kind = file_kind::cp2k, .name = "CP2K", .state = cp2k_state},
+    {.kind = file_kind::mopac_aux, .name = "MOPAC AUX", .state = mopac_aux_state},
+    {.kind = file_kind::bagel, .name = "BAGEL", .state = bagel_state},
+    {.kind = file_kind::cfour, .name = "CFOUR", .state = cfour_state},
+    {.kind = file_kind::dalton, .name = "DALTON", .state = dalton_state},
+    {.kind = file_kind::jaguar, .name = "JAGUAR", .state = jaguar_state},
 };
 
 }  // namespace

@@ -98,4 +98,18 @@ std::optional<int> pwout_natom(input_file& file);
 std::optional<int> vasp_natom(input_file& file);
 void vasp_coord(input_file& file, array2<double>& x);
 
+// Programs whose files are read as a whole.
+file_state orca_hess_state(input_file& file);      // the Hessian file (orca.cpp)
+file_state orca_output_state(input_file& file);    // from the Hessian file beside the output
+file_state qchem_state(input_file& file);          // Q-Chem (qchem.cpp)
+file_state psi4_output_state(input_file& file);    // Psi4 (psi4.cpp)
+file_state gamess_output_state(input_file& file);  // GAMESS-US and Firefly (gamess.cpp)
+file_state gamess_punch_state(input_file& file);   // the punch file, with the output beside it
+file_state cp2k_state(input_file& file);           // CP2K (cp2k.cpp)
+file_state mopac_aux_state(input_file& file);      // MOPAC (mopac.cpp)
+file_state bagel_state(input_file& file);          // BAGEL (bagel.cpp)
+file_state cfour_state(input_file& file);          // CFOUR (cfour.cpp)
+file_state dalton_state(input_file& file);         // DALTON (cfour.cpp)
+file_state jaguar_state(input_file& file);         // the restart file of Jaguar (jaguar.cpp)
+
 }  // namespace vbn

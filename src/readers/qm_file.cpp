@@ -5,10 +5,11 @@
 #include <cmath>
 #include <string_view>
 
-#include "readers/file_state.hpp"  // for file_state
-#include "readers/programs.hpp"    // for the readers
-#include "readers/rows.hpp"        // for check_natom and warn_if_cut
-#include "text/stop.hpp"           // for fail_in
+#include "readers/file_state.hpp"   // for file_state
+#include "readers/programs.hpp"     // for the readers
+#include "readers/rows.hpp"         // for check_natom and warn_if_cut
+#include "readers/state_parts.hpp"  // for check_state
+#include "text/stop.hpp"            // for fail_in
 
 namespace vbn {
 
@@ -28,6 +29,7 @@ file_state* whole_state(qm_file& file) {
     file.file.rewind();
     file.state = read(file.file);
     warn_if_cut(file.file);
+    check_state(file.file, *file.state);
   }
   return &*file.state;
 }
