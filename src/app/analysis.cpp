@@ -89,6 +89,7 @@ void read_states(run_data& run) {
   };
   qm_file files[] = {counted(one), counted(two)};
   require_equal_sizes(run);
+  part_checkpoints(one.file, two.file, run.say);
   for (int k = 1; k <= 2; ++k) {
     get_oniom_index(files[k - 1], run.state(k).atoms.natom, run.state(k).file);
   }

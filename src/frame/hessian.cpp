@@ -10,7 +10,7 @@
 #include "molecule/constants.hpp"         // for amu_to_au, max_element
 #include "molecule/elements.hpp"          // for nat_to_symbol, get_sym_num
 #include "readers/file_type.hpp"          // for open_qm_file
-#include "readers/gaussian_geometry.hpp"  // for fit_gaussian_coord
+#include "readers/gaussian_geometry.hpp"  // for fit_gaussian_coord, compare_checkpoint
 #include "readers/qm_file.hpp"            // for qm_file_nat, qm_file_mass, qm_file_coord, qm_file_fc
 #include "text/stop.hpp"                  // for fail_in
 
@@ -87,6 +87,7 @@ array2<double> read_files(qm_file freq_file, const file_data& file, atom_data& a
     qm_file hess_file = open_qm_file(file.fhess.trimmed(), freq_file.file.say());
     fc = qm_file_fc(hess_file, n1);
     fit_gaussian_coord(freq_file, hess_file, fc, atoms.x);
+    compare_checkpoint(freq_file, hess_file, atoms.nat, atoms.mass, atoms.x);
   }
   if (file.ifoniom) keep_high_layer(file, atoms, fc);
   return fc;

@@ -62,13 +62,26 @@ bool can_be_read(const std::string& name) {
   return std::filesystem::is_regular_file(name, none) && std::ifstream(name).is_open();
 }
 
-// The formatted checkpoint of a Gaussian log is in the working directory, wherever the log is.
-text<200> checkpoint_of(std::string_view ffreq) {
-  const text<200> fchk = name_main(ffreq) + ".fchk";
-  if (!can_be_read(fchk.str())) {
-    stop_printed(free_line({"Error! Can not find Gaussian fchk file!"}) + free_line({"Stop!"}), 1);
+std::string checkpoint_here(std::string_view ffreq) { return name_main(ffreq) + ".fchk"; }
+
+std::string checkpoint_beside(std::string_view ffreq) {
+  return std::filesystem::path(ffreq).replace_extension(".fchk").string();
+}
+
+// The formatted checkpoint of a Gaussian log is in the working directory, wherever the log is; where it is
+// not there, beside the log.
+text<200> checkpoint_of(const qm_file& log, std::string_view ffreq) {
+  const std::string here = checkpoint_here(ffreq);
+  if (can_be_read(here)) return here;
+  const std::string beside = checkpoint_beside(ffreq);
+  if (can_be_read(beside)) {
+    log.file.warn(here + " is not in the working directory; " + beside + " is read");
+    return beside;
   }
-  return fchk;
+  log.file.warn("no formatted checkpoint " + here + " in the working directory" +
+                (beside == here ? "" : ", and no " + beside) +
+                "; make it with formchk from the .chk file of the job");
+  stop_printed(free_line({"Error! Can not find Gaussian fchk file!"}) + free_line({"Stop!"}), 1);
 }
 
 // What a file of unknown kind is, and which ones are read.
@@ -99,7 +112,7 @@ qm_file get_na(file_data& data, atom_data& atoms, const messages& say) {
   data.ffreq_version = file.version;
   data.fhess = data.ffreq;
   if (file.kind == file_kind::gaussian_log) {
-    data.fhess = checkpoint_of(data.ffreq.trimmed());
+    data.fhess = checkpoint_of(file, data.ffreq.trimmed());
     std::string_view line;
     file.file.rewind();
     data.ifoniom = search_word_free(file.file, "oniom", line, oniom_width);
@@ -116,6 +129,22 @@ qm_file get_na(file_data& data, atom_data& atoms, const messages& say) {
   if (!file.state) check_size(data.fhess.trimmed(), data.ifoniom ? data.nqmmm : atoms.natom);
   atoms.n3 = 3 * atoms.natom;
   return file;
+}
+
+void part_checkpoints(file_data& one, file_data& two, const messages& say) {
+  if (one.fhess == one.ffreq || one.fhess != two.fhess) return;
+  std::error_code none;
+  const std::string log1 = one.ffreq.str(), log2 = two.ffreq.str();
+  if (log1 == log2 || std::filesystem::equivalent(log1, log2, none)) return;
+  const std::string beside1 = checkpoint_beside(log1), beside2 = checkpoint_beside(log2);
+  if (beside1 == beside2 || !can_be_read(beside1) || !can_be_read(beside2)) {
+    fail_in(log2, log1 + " and " + log2 + " would share the checkpoint " + one.fhess.str(),
+            "a checkpoint beside each log, or logs of different names");
+  }
+  say.warn(log1 + " and " + log2 + " have checkpoints of one name; " + beside1 + " and " + beside2 +
+           ", beside the logs, are read");
+  one.fhess = beside1;
+  two.fhess = beside2;
 }
 
 void get_oniom_index(qm_file& file, int natom, file_data& data) {

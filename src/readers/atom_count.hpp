@@ -15,6 +15,10 @@ namespace vbn {
 // opened and a count too large for the size of the files end the run with a message.
 qm_file get_na(file_data& data, atom_data& atoms, const messages& say);
 
+// Two different logs whose checkpoints would be one file: each takes the one beside it, with a warning; where
+// one has none the run ends.
+void part_checkpoints(file_data& one, file_data& two, const messages& say);
+
 // For an ONIOM state: fills `iqm` and `iqm3`, the places in the file of the `natom` atoms of layer "H" and of
 // their Cartesian indices. Does nothing for any other state.
 void get_oniom_index(qm_file& file, int natom, file_data& data);

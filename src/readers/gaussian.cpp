@@ -1,5 +1,6 @@
 // Reads Gaussian logs and formatted checkpoints.
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -13,9 +14,9 @@
 #include "readers/triangle.hpp"  // for force_constant_matrix, mirror_upper
 #include "text/layout.hpp"       // for layout
 #include "text/messages.hpp"     // for lines_of, free_line
-#include "text/number.hpp"       // for to_integer
+#include "text/number.hpp"       // for to_integer, to_real
 #include "text/stop.hpp"         // for stop_printed, fail
-#include "text/words.hpp"        // for word_of
+#include "text/words.hpp"        // for word_of, number_of_words
 
 namespace vbn {
 
@@ -118,16 +119,42 @@ std::optional<int> gaussian_fchk_natom(input_file& file) {
   return row_integer(file, line, 5, "\"Number of atoms\", \"I\" and the number");
 }
 
-bool gaussian_fchk_coord(input_file& file, array2<double>& x) {
+namespace {
+
+// The numbers of a block of the checkpoint that only serves comparisons; empty when there is none with
+// `count` of them, or it is damaged.
+array1<double> fchk_block(input_file& file, std::string_view heading, int count) {
   std::string_view line;
   file.rewind();
-  int count = 0;
-  if (!search_word(file, 1, "Current cartesian coordinates", line) || !to_integer(word_of(line, 6), count) ||
-      count != 3 * x.cols()) {
-    return false;
+  int n = 0;
+  if (!search_word(file, 1, heading, line) || !to_integer(word_of(line, number_of_words(heading) + 3), n) ||
+      n != count) {
+    return {};
   }
-  all_numbers(file, x.span(), "the coordinates of every atom");
-  return true;
+  array1<double> numbers(count);
+  for (int i = 1; i <= count && file.read_line(line);) {
+    for (int k = 1; k <= number_of_words(line) && i <= count; ++k, ++i)
+      if (!to_real(word_of(line, k), numbers(i)) || !std::isfinite(numbers(i))) return {};
+    if (i > count) return numbers;
+    if (number_of_words(line) == 0) return {};
+  }
+  return {};
+}
+
+}  // namespace
+
+bool gaussian_fchk_coord(input_file& file, array2<double>& x) {
+  const array1<double> numbers = fchk_block(file, "Current cartesian coordinates", 3 * x.cols());
+  std::ranges::copy(numbers, x.span().begin());
+  return numbers.size() > 0;
+}
+
+gaussian_fchk_atoms gaussian_fchk_atoms_of(input_file& file, int natom) {
+  const array1<double> nat = fchk_block(file, "Atomic numbers", natom);
+  gaussian_fchk_atoms atoms{array1<int>(nat.size()), fchk_block(file, "Real atomic weights", natom)};
+  std::ranges::transform(nat, atoms.nat.begin(),
+                         [](double number) { return static_cast<int>(std::clamp(number, 0.0, 1000.0)); });
+  return atoms;
 }
 
 // The lower triangle, row by row, as one list of numbers.

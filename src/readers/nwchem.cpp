@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "molecule/geometry.hpp"  // for largest_difference
 #include "readers/couplings.hpp"  // for read_fields, nacme_of_field
 #include "readers/programs.hpp"   // for the routines
 #include "readers/rows.hpp"       // for the rows of the tables
@@ -63,12 +64,41 @@ void nwchem_mass(input_file& file, array1<double>& mass) {
   element_masses(nat, mass);
 }
 
+namespace {
+
+constexpr double same_geometry = 1.0e-4;  // bohr
+
+// The geometry in the "Atom information" of the last Hessian; false where it is not printed.
+bool coord_of_hessian(input_file& file, array2<double>& x) {
+  std::string_view line;
+  if (!search_word_free_last(file, "MASS-WEIGHTED PROJECTED HESSIAN", line)) return false;
+  const std::string_view before = file.content().substr(0, file.position());
+  const std::size_t at = before.rfind("Atom information");
+  if (at == std::string_view::npos) return false;
+  file.seek_line_after(at);
+  if (!file.skip_lines(2)) return false;
+  for (int i = 1; i <= x.cols(); ++i) {
+    if (!file.read_line(line)) return false;
+    for (int a = 1; a <= 3; ++a)
+      if (!to_real(word_of(line, a + 2), x(a, i)) || !std::isfinite(x(a, i))) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
 void nwchem_coord(input_file& file, array2<double>& x) {
   std::string_view line;
   search_word_free_last(file, "Output coordinates in angstroms",
                         line);  // it is there, or `nwchem_nat` would have failed
   to_rows(file);
   coordinate_rows(file, 3, true, x);
+  array2<double> own = x;
+  if (coord_of_hessian(file, own) && largest_difference(x, own) > same_geometry) {
+    file.warn("the last geometry of " + file.name() +
+              " is not that of its force constants; the geometry printed with them is used");
+    x = own;
+  }
 }
 
 // The lower triangle in blocks of ten columns, each row after its number, weighted with the masses.

@@ -56,6 +56,12 @@ printed_results gaussian_log_printed(input_file& file);
 std::optional<int> gaussian_fchk_natom(input_file& file);
 // The coordinates of the checkpoint; false when it has none, or of another number of atoms.
 bool gaussian_fchk_coord(input_file& file, array2<double>& x);
+// Atomic numbers and masses of the checkpoint, each empty where it has none of `natom` atoms.
+struct gaussian_fchk_atoms {
+  array1<int> nat;
+  array1<double> mass;
+};
+gaussian_fchk_atoms gaussian_fchk_atoms_of(input_file& file, int natom);
 array2<double> gaussian_fchk_fc(input_file& file, int natom);
 
 // Molpro (molpro.cpp)

@@ -52,23 +52,40 @@ TEST(bad_input, too_little_memory_is_an_error_at_once) {
   EXPECT_EQ(run.status, 0) << run.err;
 }
 
-// The formatted checkpoint of a log is in the working directory, wherever the log is.
-TEST(bad_input, a_checkpoint_elsewhere_or_a_folder_of_its_name_is_none) {
+// The formatted checkpoint of a log is in the working directory, or beside the log; two logs do not share
+// one.
+TEST(bad_input, each_log_gets_its_own_checkpoint_or_none) {
   const fs::path sample = fs::path(VBN_SAMPLES) / "gaussian_6";
   whole_run run;
-  fs::create_directories(run.path("elsewhere"));
-  fs::copy_file(sample.string() + ".log", run.path("elsewhere/mol.log"));
-  fs::copy_file(sample.string() + ".fchk", run.path("elsewhere/mol.fchk"));
-  run.write("a.inp", "&vbn ffreq = 2*'elsewhere/mol.log' set_cart = t /\n");
-  run.run("a.inp");
-  EXPECT_EQ(run.out, " Error! Can not find Gaussian fchk file!\n Stop!\n");
+  const auto give = [&](const char* ending, const char* to) {
+    fs::copy_file(sample.string() + ending, run.path(to), fs::copy_options::overwrite_existing);
+  };
+  fs::create_directories(run.path("s1"));
+  give(".log", "s1/mol.log");
+  run.write("a.inp", "&vbn ffreq = 2*'s1/mol.log' set_cart = t /\n");
   fs::create_directory(run.path("mol.fchk"));
   run.run("a.inp");
   EXPECT_EQ(run.out, " Error! Can not find Gaussian fchk file!\n Stop!\n");
+  EXPECT_NE(run.err.find("no formatted checkpoint mol.fchk in the working directory, and no s1/mol.fchk"),
+            run.err.npos);
   fs::remove(run.path("mol.fchk"));
-  fs::rename(run.path("elsewhere/mol.fchk"), run.path("mol.fchk"));
+  give(".fchk", "s1/mol.fchk");
   run.run("a.inp");
   EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.err.find("s1/mol.fchk is read"), run.err.npos) << run.err;
+
+  give(".fchk", "mol.fchk");
+  run.run("a.inp");
+  EXPECT_EQ(run.err.find("s1/mol.fchk"), run.err.npos) << run.err;
+  give(".log", "mol.log");
+  run.write("a.inp", "&vbn ffreq = 'mol.log', 's1/mol.log' set_cart = t /\n");
+  run.run("a.inp");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.err.find("mol.fchk and s1/mol.fchk, beside the logs, are read"), run.err.npos) << run.err;
+  fs::remove(run.path("s1/mol.fchk"));
+  run.run("a.inp");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("would share the checkpoint mol.fchk"), run.err.npos) << run.err;
 }
 
 TEST(bad_input, a_file_cut_off_anywhere_ends_in_a_defined_way) {
