@@ -1,4 +1,5 @@
 // Reads outputs of CFOUR and DALTON, which print their force constants in the same layout.
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -68,7 +69,7 @@ file_state dalton_state(input_file& file) {
   const std::size_t matrix = need_before(file, "Molecular Hessian (au)", none, "the force constants");
   file.seek_line_after(need_before(file, "Molecular geometry (au)", matrix, "the geometry"));
   skip_rows(file, 1, "the rule under the heading of the geometry");
-  const int words = number_of_words(next_row(file, rows));
+  const int words = std::max(4, number_of_words(next_row(file, rows)));
   file.back_line();
   file_state state = read_atoms(file, {.before_x = words - 3}, rows);
   file.seek_line_after(matrix);

@@ -76,7 +76,8 @@ file_state read_atoms(input_file& file, const atom_row& row, std::string_view ta
   std::vector<double> mass;
   std::vector<double> x;
   std::string_view line = next_row(file, std::string(table));
-  for (bool more = true; more; more = file.read_line(line)) {
+  const int words = number_of_words(line);
+  for (bool more = true; more && number_of_words(line) == words; more = file.read_line(line)) {
     const int element = element_of_row(line, row);
     double xyz[3];
     double m = nat_to_mass(element);

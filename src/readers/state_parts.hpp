@@ -29,9 +29,9 @@ int element_of_label(std::string_view label);
 file_state sized_state(const input_file& file, int natom);
 
 // The atoms of a table, an atom a row, from the next line that is not blank up to the first row that is no
-// atom. Rows of charge 0 (dummy atoms) are left out. Without masses in the rows those of the most abundant
-// isotopes are taken. A table without atoms ends
-// the run. The force constants have their size.
+// atom or has another number of words. Rows of charge 0 (dummy atoms) are left out. Without masses in the
+// rows those of the most abundant isotopes are taken. A table without atoms ends the run. The force constants
+// have their size.
 file_state read_atoms(input_file& file, const atom_row& row, std::string_view table);
 
 // Reads a full square that is printed in blocks of columns with a line of column numbers over each block. A

@@ -7,6 +7,7 @@
 #include "app/driver.hpp"                  // for run_stages
 #include "tests/ending.hpp"                // for ending_of
 #include "tests/end_to_end/whole_run.hpp"  // for whole_run, real_data
+#include "tests/written_file.hpp"          // for content_of
 
 namespace vbn::end_to_end {
 namespace {
@@ -25,6 +26,12 @@ class campaign {
  public:
   campaign(const fs::path& from, std::string input, std::string broken)
       : folder_(from), input_(std::move(input)), broken_(std::move(broken)), sound_(folder_.read(broken_)) {
+    fs::current_path(folder_.path("."));
+  }
+  // One file for both states.
+  explicit campaign(const fs::path& file)
+      : input_("run.inp"), broken_(file.filename().string()), sound_(content_of(file.string())) {
+    folder_.write(input_, "&vbn ffreq(1) = '" + broken_ + "', ffreq(2) = '" + broken_ + "' /\n");
     fs::current_path(folder_.path("."));
   }
   ~campaign() { fs::current_path(before_); }
@@ -95,6 +102,14 @@ TEST(broken_runs, files_of_every_kind_broken_in_every_way) {
       {"turbomole", "s0.out"},    {"chemshell", "cation.out"}, {"nwchem", "s0.out"}};
   for (const auto& [kind, file] : files) {
     campaign broken(real_data() / "formats/formaldehyde" / kind, "formaldehyde.inp", file);
+    broken.break_in_every_way();
+  }
+}
+
+TEST(broken_runs, files_that_are_read_as_a_whole_broken_in_every_way) {
+  for (const char* file : {"orca_4.hess", "qchem_4.out", "psi4_4.out", "gamess_4.out", "cp2k_4.out",
+                           "mopac_4.aux", "bagel_4.out", "jaguar_4.in", "cfour_4.out", "dalton_4.out"}) {
+    campaign broken(fs::path(VBN_SAMPLES) / file);
     broken.break_in_every_way();
   }
 }

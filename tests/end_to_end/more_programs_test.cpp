@@ -9,6 +9,8 @@
 
 #include "app/analysis.hpp"                // for analyse
 #include "molecule/constants.hpp"          // for au_to_cm
+#include "readers/programs.hpp"            // for orca_hess_state
+#include "readers/state_parts.hpp"         // for check_state
 #include "tests/ending.hpp"                // for ending_of
 #include "tests/end_to_end/whole_run.hpp"  // for real_data
 
@@ -127,6 +129,17 @@ TEST(more_programs, a_pair_of_states_agrees_among_programs_and_between_them) {
       EXPECT_NEAR(au_to_cm * g.lamt, 508.25, 1.1 * wider);
       EXPECT_NEAR(au_to_cm * c.lamt, 383.55, 0.8 * wider);
     }
+}
+
+TEST(more_programs, a_geometry_of_another_file_must_be_in_the_frame_of_the_force_constants) {
+  VBN_NEEDS_REAL_DATA();
+  input_file file((real_data() / "more_programs/orca/methanol.hess").string(), {});
+  file_state state = orca_hess_state(file);
+  state.geometry_file = "other.xyz";
+  EXPECT_EQ(ending_of([&] { check_state(file, state); }).status, -1);
+  for (int i = 1; i <= state.natom(); ++i) std::swap(state.x(1, i), state.x(2, i));
+  const ending e = ending_of([&] { check_state(file, state); });
+  EXPECT_NE(e.error.find("the geometry of other.xyz does not belong"), std::string::npos) << e.error;
 }
 
 }  // namespace

@@ -54,7 +54,12 @@ const sample_kind kinds[] = {
     {"chemshell", ".out", ".out", 5e-8, 1e-15, 0.0},    {"molpro", ".out", ".out", 5e-7, 1e-15, 0.0},
     {"molpro_newer", ".out", ".out", 5e-7, 1e-15, 0.0}, {"numforce", ".dat", ".dat", 5e-9, 1e-15, 0.0},
     {"nwchem", ".out", ".out", 0.0, 1e-8, 5e-6},        {"turbomole", ".out", ".out", 5e-6, 1e-15, 0.0},
-    {"gaussian", ".log", ".fchk", 5e-8, 1e-6, 0.0}};
+    {"gaussian", ".log", ".fchk", 5e-8, 1e-6, 0.0},     {"orca", ".hess", ".hess", 5e-7, 1e-15, 1e-15},
+    {"qchem", ".out", ".out", 5e-6, 1e-11, 0.0},        {"psi4", ".out", ".out", 5e-9, 1e-11, 0.0},
+    {"gamess", ".out", ".out", 5e-6, 1e-15, 0.0},       {"cp2k", ".out", ".out", 5e-5, 1e-6, 1e-4},
+    {"mopac", ".aux", ".aux", 5e-9, 1e-12, 1e-9},       {"bagel", ".out", ".out", 1e-5, 1e-15, 0.0},
+    {"jaguar", ".in", ".in", 0.0, 1e-11, 1e-15},        {"cfour", ".out", ".out", 5e-9, 1e-15, 0.0},
+    {"dalton", ".out", ".out", 5e-7, 1e-15, 0.0}};
 
 // Everything that a run reads.
 molecule read_all(const std::string& output, const std::string& fc_file) {
@@ -130,7 +135,9 @@ TEST(qm_file, line_ends_of_other_systems_tabs_and_long_lines_lose_no_value) {
 TEST(qm_file, damage_is_reported_with_its_line_or_in_the_words_of_the_program_that_stops) {
   const std::string chemshell = kinds[0].output(12), molpro = kinds[1].output(12),
                     newer = kinds[2].output(12), numforce = kinds[3].output(12), nwchem = kinds[4].output(12),
-                    turbomole = kinds[5].output(12), fchk = kinds[6].fc_output(12);
+                    turbomole = kinds[5].output(12), fchk = kinds[6].fc_output(12),
+                    orca = sample("orca_12.hess"), mopac = sample("mopac_12.aux"),
+                    cfour = sample("cfour_12.out");
   const struct {
     std::string output;
     const char* from;
@@ -162,6 +169,24 @@ TEST(qm_file, damage_is_reported_with_its_line_or_in_the_words_of_the_program_th
        "Error!\nCan not find force constant matrix in turbomole log file. Stop!\n"},
       {turbomole, "atomic coordinates", "none", 0,
        "Error!\nCan not find coordinate in TURBOMOLE output file, stop!\n"},
+      {orca, "$hessian\n36", "$hessian\n33", 1, "does not belong to 12 atoms"},
+      {orca, "$atoms\n12", "$atoms\n13", 1, "12 rows of atoms"},
+      {orca, "\n    7  ", "\n    8  ", 1, "this is not the next row of the matrix"},
+      {orca, "        5        ", "        6        ", 1, "these are not the next columns"},
+      {orca, " H      1.007825", " Xx     1.007825", 1, "2 rows of atoms"},
+      {sample("qchem_6.out"), " Final Hessian.", " No Hessian.", 1, "gui = 2"},
+      {sample("qchem_6.out"), "    6      Cd", "    6      ??", 1, "of 15 columns"},
+      {sample("psi4_6.out"), "  Irrep", "Using finite-differences of gradients\n  Irrep", 1,
+       "set hessian_write true"},
+      {sample("gamess_6.out"), "  Y-0.2415", "  Z-0.2415", 1, "this is not the next row of the matrix"},
+      {sample("gamess_6.out"), "                3 ", "                5 ", 1, "not the next block"},
+      {sample("jaguar_6.in"), "\n&\n&hess\n", "\n H7 1.0 1.0 1.0\n&\n&hess\n", 1, "is not number"},
+      {sample("jaguar_6.in"), "Cd6", "Cd6 1.0", 1, "is not number 6 of the matrix"},
+      {mopac, "[0666]", "[0665]", 1, "does not belong to the atoms"},
+      {mopac, "ATOM_EL[12]", "ATOM_EL[1000000000]", 1, "too short for 1000000000 atoms"},
+      {mopac, "HESSIAN_MATRIX", "HESSIAN", 1, "FORCE with AUX"},
+      {cfour, "\n           C#", "\n  Symmetry 1\n           C#", 1, "SYMMETRY=OFF"},
+      {cfour, "analysis: \n      12.0", "analysis: \n      22.0", 1, "atom 1 is C in the geometry"},
       {chemshell, "  Input Coord", " Input Coord", 0,
        "Error!\nCan not find coordinate in ChemShell output file, stop!\n"}};
   for (const auto& d : damages) {
@@ -172,6 +197,15 @@ TEST(qm_file, damage_is_reported_with_its_line_or_in_the_words_of_the_program_th
         d.status == 0 ? e.printed == d.words : e.error.find(d.words) != std::string::npos;
     EXPECT_TRUE(as_expected) << d.words << e.printed << e.error;
   }
+}
+
+TEST(qm_file, a_matrix_that_is_not_symmetric_gives_its_mean_and_a_warning) {
+  const std::string other = changed(sample("orca_4.hess"), "  -2.4150000000E-01", "  -2.2150000000E-01");
+  const ending e = ending_of([&](const messages& say) {
+    qm_file file = open_qm_file(input_file::from_memory("sample.hess", other, say));
+    EXPECT_NEAR(qm_file_fc(file, 4)(2, 1), -0.2315, 1e-12);
+  });
+  EXPECT_NE(e.warned.find("differ by up to 0.02 hartree/bohr^2"), std::string::npos) << e.warned;
 }
 
 }  // namespace
