@@ -20,7 +20,8 @@ class Error(Exception):
     """What ends an analysis: a file or key with a fault, or calculations that do not belong together.
 
     The text is what the program vbn prints. `file` is the file with the fault, `line` its line, from 1, and `expected`
-    what should be there or what to do; `file` and `line` are None where there is none. `log` is the log up to the stop."""
+    what should be there or what to do; `file` and `line` are None where there is none. `log` is the log up to the
+    stop."""
 
     def __init__(self, message, file=None, line=None, expected=None, log=''):
         super().__init__(message)
@@ -118,7 +119,8 @@ class Couplings(_Values):
     __slots__ = ()
     state = _attribute('state', "The state, 0 or 1, whose geometry the couplings belong to.")
     vertical_energy = _attribute('vertical_energy', "Energy difference of the states at the geometry of the file, cm-1.")
-    vectors = _attribute('vectors', "Shape (N, 3), 1/bohr: the coupling vector of each atom in the frame of `geometries`.")
+    vectors = _attribute('vectors', """Shape (N, 3), 1/bohr: the coupling vector of each atom in the frame of
+        `geometries`.""")
     along_modes_of_1 = _attribute('along_modes_of_1', """Shape (3N,), 1/(electron mass^(1/2) bohr): the coupling along
         the modes of state 1, whichever state the couplings belong to.""")
     along_modes = _attribute('along_modes', """Shape (2, 3N), 1/(electron mass^(1/2) bohr): the coupling along the mass-
@@ -141,7 +143,8 @@ class Analysis(_Values):
     files = _attribute('files', "The two frequency files, as a list of names.")
     programs = _attribute('programs', "The program that wrote each, a list of two texts, as 'NWCHEM'.")
     program_versions = _attribute('program_versions', "The version of each program, a list of two texts.")
-    methods = _attribute('methods', "The method of each calculation as its file prints it, two texts; '' where it does not.")
+    methods = _attribute('methods', """The method of each calculation as its file prints it, a list of two
+        texts; '' where it does not.""")
     basis_sets = _attribute('basis_sets', "The basis set of each, in the same way.")
     charges = _attribute('charges', "The charge of each, a list of two integers; None where the file does not print it.")
     multiplicities = _attribute('multiplicities', "The spin multiplicity of each, in the same way.")
@@ -155,11 +158,13 @@ class Analysis(_Values):
     frequencies = _attribute('frequencies', "Shape (2, 3N), cm-1; imaginary frequencies are negative.")
     raw_frequencies = _attribute('raw_frequencies', """Shape (2, 3N), cm-1: those of the force constants as read, before
         translations and rotations are removed.""")
-    zero_point_energies = _attribute('zero_point_energies', "Shape (2,), cm-1: half the sum of the frequencies of modes 6 on.")
+    zero_point_energies = _attribute('zero_point_energies', """Shape (2,), cm-1: half the sum of the frequencies of modes
+        6 on.""")
     normal_modes = _attribute('normal_modes', """Shape (2, 3N, 3N): normal_modes[k][:, i] is mode i of state k, an
         eigenvector of the mass-weighted force constants, of length 1. Its largest element is positive unless
         positive_diag or proper_rotation changed the sign.""")
-    irreps = _attribute('irreps', "Two lists of 3N texts: the representation of each mode; 'A' without the key point_group.")
+    irreps = _attribute('irreps', """Two lists of 3N texts: the representation of each mode; 'A' without the key
+        point_group.""")
     point_groups = _attribute('point_groups', "The point group of each state, a list of two texts.")
     duschinsky = _attribute('duschinsky', """S, shape (3N, 3N), dimensionless: duschinsky[i, j] is the overlap of mode i
         of state 1 with mode j of state 2. Modes are in the order of their frequencies; `paired_duschinsky` has them in

@@ -46,8 +46,8 @@ def molden(analysis, state, modes, vectors):
     """Molden: the sections of atoms, frequencies and normal coordinates, lengths in bohr."""
     x = analysis.geometries[state]
     lines = ['[Molden Format]', '[Atoms] AU']
-    lines += [f'{symbol:2}{i:5d}{number:4d}' + ''.join(f'{c:16.8f}' for c in position / BOHR) for i, (symbol, number, position)
-              in enumerate(zip(analysis.symbols, analysis.atomic_numbers, x), 1)]
+    for i, (symbol, number, position) in enumerate(zip(analysis.symbols, analysis.atomic_numbers, x), 1):
+        lines.append(f'{symbol:2}{i:5d}{number:4d}' + ''.join(f'{c:16.8f}' for c in position / BOHR))
     lines += ['[FREQ]'] + [f'{f:12.4f}' for f in analysis.frequencies[state][modes]] + ['[FR-COORD]']
     lines += [f'{symbol:2}' + ''.join(f'{c:16.8f}' for c in position / BOHR)
               for symbol, position in zip(analysis.symbols, x)] + ['[FR-NORM-COORD]']
@@ -76,5 +76,6 @@ def geometries_text(analysis):
     lines = []
     for state, x in enumerate(analysis.geometries):
         lines += [str(len(x)), f'Properties=species:S:1:pos:R:3 state={state + 1} pbc="F F F"']
-        lines += [f'{symbol:2}' + ''.join(f'{c:14.8f}' for c in position) for symbol, position in zip(analysis.symbols, x)]
+        lines += [f'{symbol:2}' + ''.join(f'{c:14.8f}' for c in position)
+                  for symbol, position in zip(analysis.symbols, x)]
     return '\n'.join(lines) + '\n'
