@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     vbn::init(input);
     input.finp = "fuzz.inp";
     vbn::read_input(input, {});
-    vbn::check(input, 6);
+    vbn::check(input, 6, {});
   } catch (const vbn::run_end&) {
   }
   return 0;

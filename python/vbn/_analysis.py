@@ -13,7 +13,6 @@ from vbn import _core
 from vbn._viewer_files import geometries_text, modes_text
 
 KINDS = ('bond', 'linear bend', 'bend', 'dihedral', 'improper dihedral', 'linear torsion')
-FIRST_VIBRATION = 6  # modes before it count as translations and rotations
 
 
 class Error(Exception):
@@ -158,11 +157,11 @@ class Analysis(_Values):
     frequencies = _attribute('frequencies', "Shape (2, 3N), cm-1; imaginary frequencies are negative.")
     raw_frequencies = _attribute('raw_frequencies', """Shape (2, 3N), cm-1: those of the force constants as read, before
         translations and rotations are removed.""")
-    zero_point_energies = _attribute('zero_point_energies', """Shape (2,), cm-1: half the sum of the frequencies of modes
-        6 on.""")
+    zero_point_energies = _attribute('zero_point_energies', """Shape (2,), cm-1: half the sum of the magnitudes of the
+        frequencies of modes 6 on.""")
     normal_modes = _attribute('normal_modes', """Shape (2, 3N, 3N): normal_modes[k][:, i] is mode i of state k, an
-        eigenvector of the mass-weighted force constants, of length 1. Its largest element is positive unless
-        positive_diag or proper_rotation changed the sign.""")
+        eigenvector of the mass-weighted force constants, of length 1. Its sign is arbitrary, and that of the
+        tables.""")
     irreps = _attribute('irreps', """Two lists of 3N texts: the representation of each mode; 'A' without the key
         point_group.""")
     point_groups = _attribute('point_groups', "The point group of each state, a list of two texts.")

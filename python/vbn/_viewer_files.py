@@ -6,6 +6,7 @@ import os
 import numpy as np
 
 BOHR = 0.529177249  # angstrom
+FIRST_VIBRATION = 6  # modes before it count as translations and rotations
 
 
 def cartesian_modes(analysis, state, modes):
@@ -67,7 +68,7 @@ def modes_text(analysis, path, state, modes):
     if state not in (0, 1):
         raise ValueError(f'the state must be 0 or 1, not {state}')
     count = len(analysis.pairs)
-    modes = list(range(6, count)) if modes is None else [range(count)[mode] for mode in modes]
+    modes = list(range(FIRST_VIBRATION, count)) if modes is None else [range(count)[mode] for mode in modes]
     return FORMATS[ending](analysis, state, modes, cartesian_modes(analysis, state, modes))
 
 

@@ -7,9 +7,8 @@
 Modes are numbered from 1 in labels, as in the tables of the program; arguments count from 0."""
 import numpy as np
 
-from vbn._viewer_files import cartesian_modes
+from vbn._viewer_files import FIRST_VIBRATION as FIRST, cartesian_modes
 
-FIRST = 6  # modes before it are translations and rotations
 STATE_COLOURS = ('#3b6fb6', '#c8553d')
 # Colours and radii (angstrom) of the balls of common elements.
 BALLS = {'H': ('#f2f2f2', 0.22), 'B': ('#e8a79c', 0.36), 'C': ('#555555', 0.34), 'N': ('#3050c8', 0.33),
