@@ -97,7 +97,7 @@ void read_states(run_data& run) {
     states& it = run.state(k);
     with_file(it.file.ffreq, [&] {
       it.file.printed = qm_file_printed(files[k - 1]);
-      get_hess(std::move(files[k - 1]), it.file, it.atoms, it.force);
+      get_hess(std::move(files[k - 1]), run.input, it.file, it.atoms, it.force);
     });
     it.modes.freq0 = frequencies_of(it.force.fcm());
   }

@@ -6,6 +6,7 @@
 #include "molecule/geometry.hpp"        // for root_sum_square
 #include "readers/atom_count.hpp"       // for qm_file_natom_oniom_qm, qm_file_oniom_index
 #include "readers/file_type.hpp"        // for open_qm_file
+#include "readers/programs.hpp"         // for molpro_start_coord
 #include "readers/qm_file.hpp"          // for qm_file_natom, qm_file_mass, qm_file_coord, qm_file_nacme
 #include "readers/scan.hpp"             // for search_word_free
 
@@ -37,6 +38,21 @@ bool geometry_matches(const coupling_data& couplings, const atom_data& atoms) {
   inertm(atoms.mass, x1);
   inertmv_ref(atoms.mass, x1, x2, v2.span());
   return root_sum_square(x1, x2) < same_geometry;
+}
+
+// Molpro prints the geometry of the couplings under "ATOMIC COORDINATES" too; a dump may be of another one.
+void try_start_geometry(qm_file& file, std::span<states> state) {
+  array2<double> x(3, state.front().atoms.natom);
+  if (!molpro_start_coord(file.file, x)) return;
+  for (states& it : state) {
+    coupling_data other = it.couplings;
+    other.x_nac = x;
+    if (!geometry_matches(other, it.atoms)) continue;
+    file.file.warn(file.file.name() +
+                   ": the geometry is that of \"ATOMIC COORDINATES\", not of the dump in XYZ style");
+    it.couplings.x_nac = x;
+    it.couplings.ifnac = true;
+  }
 }
 
 }  // namespace
@@ -75,6 +91,10 @@ void get_nacme(std::span<states> state, const messages& say) {
     it.couplings = read;
     require_same_masses(it, file, mass, mismatch_status);
     it.couplings.ifnac = geometry_matches(it.couplings, it.atoms);
+  }
+  if (file.kind == file_kind::molpro && !ifoniom_nacme && !state[0].couplings.ifnac &&
+      !state[1].couplings.ifnac) {
+    try_start_geometry(file, state);
   }
 }
 

@@ -21,6 +21,16 @@ const layout other_mass(R"((2x,"The mass of atom in file ", a,   " is not equal 
 const layout both_masses("(2x, i6, 2x, a, 2(2x,f15.6))");
 const layout ending(R"((2x, "Stop!"))");
 
+// Masses of Turbomole are natural averages, whose whole part can differ from that of an isotope.
+// Whether the file has the elements of the state; false where it does not say.
+bool same_elements(const states& state, qm_file& file) {
+  try {
+    return qm_file_nat(file, state.atoms.natom) == state.atoms.nat;
+  } catch (const run_end&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 void require_same_count(const states& state, const qm_file& file, int count, int status) {
@@ -36,9 +46,12 @@ void require_same_count(const states& state, const qm_file& file, int count, int
                status);
 }
 
-void require_same_masses(const states& state, const qm_file& file, const array1<double>& mass, int status) {
+void require_same_masses(const states& state, qm_file& file, const array1<double>& mass, int status) {
   for (int i = 1; i <= state.atoms.natom; ++i) {
     if (std::abs(std::trunc(mass(i)) - std::trunc(state.atoms.mass(i))) <= same_mass) continue;
+    const bool averages =
+        file.kind == file_kind::turbomole || state.file.ffreq_type == name_of(file_kind::turbomole);
+    if (averages && same_elements(state, file)) return;
     stop_printed(lines_of(other_mass, {state.file.ffreq.trimmed(), file.file.name()}) +
                      lines_of(both_masses, {i, state.atoms.symbol(i), state.atoms.mass(i), mass(i)}) +
                      lines_of(ending),

@@ -13,6 +13,6 @@ inline constexpr double same_geometry = 0.001;  // bohr, root of the summed squa
 // masses (`mass` in amu, whole numbers compared). For a file without atoms a warning says as what it was
 // read.
 void require_same_count(const states& state, const qm_file& file, int count, int status);
-void require_same_masses(const states& state, const qm_file& file, const array1<double>& mass, int status);
+void require_same_masses(const states& state, qm_file& file, const array1<double>& mass, int status);
 
 }  // namespace vbn

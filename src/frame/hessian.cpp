@@ -93,10 +93,22 @@ array2<double> read_files(qm_file freq_file, const file_data& file, atom_data& a
   return fc;
 }
 
+// Elements without a stable isotope have no mass in a file or table; the keys can give it.
+void take_missing_masses(const input_data& input, atom_data& atoms) {
+  for (int i = 1; i <= atoms.natom; ++i) {
+    if (atoms.mass(i) > 0.0) continue;
+    if (i <= input.mass_atom.size()) atoms.mass(i) = input.mass_atom(i);
+    if (atoms.nat(i) >= 1 && atoms.nat(i) <= max_element && input.mass_type(atoms.nat(i)) > 0.0)
+      atoms.mass(i) = input.mass_type(atoms.nat(i));
+  }
+}
+
 }  // namespace
 
-void get_hess(qm_file freq_file, const file_data& file, atom_data& atoms, force_constants& force) {
+void get_hess(qm_file freq_file, const input_data& input, const file_data& file, atom_data& atoms,
+              force_constants& force) {
   array2<double> fc = read_files(std::move(freq_file), file, atoms);
+  if (input.if_isotope) take_missing_masses(input, atoms);
   atoms.symbol = nat_to_symbol(atoms.nat);
   atoms.sym_num = get_sym_num(atoms.symbol);
   check_numbers(file, atoms, fc);

@@ -202,6 +202,10 @@ qm_file open_qm_file(std::string_view fname, const messages& say) {
 }
 
 qm_file open_qm_file(input_file file) {
+  constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
+  if (file.content().starts_with(byte_order_mark)) {
+    file = input_file::from_memory(file.name(), file.content().substr(byte_order_mark.size()), file.say());
+  }
   qm_file opened{without_tabs(std::move(file))};
   opened.kind = qm_file_type(opened.file, opened.version);
   return opened;

@@ -184,6 +184,20 @@ array2<double> gaussian_fchk_fc(input_file& file, int natom) {
   return fc;
 }
 
+namespace {
+
+// "Excited State   1", or the state that the log says it has followed: the last one before this line.
+std::string followed_state(const input_file& file) {
+  constexpr std::string_view first = "Excited State   1", heading = "\n Excited State ";
+  const std::string_view text = file.content().substr(file.position());
+  const std::size_t said = text.find("This state for optimization and/or second-order correction");
+  const std::size_t at = said == std::string_view::npos ? said : text.rfind(heading, said);
+  if (at == std::string_view::npos) return std::string(first);
+  return std::string(text.substr(at + 2, first.size()));
+}
+
+}  // namespace
+
 void gaussian_log_nacme(qm_file& from, file_couplings& read) {
   input_file& file = from.file;
   std::string_view line;
@@ -199,8 +213,9 @@ void gaussian_log_nacme(qm_file& from, file_couplings& read) {
   number_rows(file, 2, nat);
   std::copy(nat.begin(), nat.end(), read.z.begin());
 
-  if (!search_word(file, 2, "Excited State   1", line)) {
-    fail_missing(file, "the vertical energy", "\"Excited State   1\" in columns 2 to 18 after the geometry");
+  const std::string root = followed_state(file);
+  if (!search_word(file, 2, root, line)) {
+    fail_missing(file, "the vertical energy", "\"" + root + "\" in columns 2 to 18 after the geometry");
   }
   read.e_vert = energy_word(file, line, 5, "the energy in eV") / au_to_ev;
 

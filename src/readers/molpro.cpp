@@ -5,10 +5,11 @@
 #include <span>
 #include <string>
 
-#include "molecule/elements.hpp"  // for nat_to_mass, element_symbol
-#include "readers/couplings.hpp"  // for energy_word, check_divisors
-#include "readers/programs.hpp"   // for the routines
-#include "readers/rows.hpp"       // for the rows of the tables
+#include "molecule/constants.hpp"  // for bohr_to_ang
+#include "molecule/elements.hpp"   // for nat_to_mass, element_symbol
+#include "readers/couplings.hpp"   // for energy_word, check_divisors
+#include "readers/programs.hpp"    // for the routines
+#include "readers/rows.hpp"        // for the rows of the tables
 #include "readers/scan.hpp"  // for search_word, search_word_free, search_word_del_space, search_word_first_number
 #include "readers/triangle.hpp"  // for force_constant_matrix, read_lower_blocks, mirror_upper
 #include "text/messages.hpp"     // for free_line
@@ -161,10 +162,58 @@ void molpro_mass(input_file& file, array1<double>& mass) {
   element_masses(nat, mass);
 }
 
+namespace {
+
+constexpr double dump_in_angstrom = 1.4;  // between 1 and the 1.89 bohr of an angstrom
+
+// The coordinates of the table of the frequencies or, without one, of "ATOMIC COORDINATES", bohr. False when
+// they cannot be read.
+bool other_table(input_file& file, array2<double>& x) {
+  if (!to_frequency_table(file)) return molpro_start_coord(file, x);
+  std::string_view line;
+  for (int i = 1; i <= x.cols(); ++i) {
+    do {
+      if (!file.read_line(line)) return false;
+    } while (i == 1 && trim(line).empty());
+    for (int a = 1; a <= 3; ++a)
+      if (!to_real(word_of(line, a + 3), x(a, i))) return false;
+  }
+  return true;
+}
+
+// The root of the sum of all squared distances of two atoms: the size of a molecule in any order of its
+// atoms.
+double spread(const array2<double>& x) {
+  double sum = 0.0;
+  for (int i = 1; i <= x.cols(); ++i)
+    for (int j = 1; j < i; ++j)
+      for (int a = 1; a <= 3; ++a) sum += (x(a, i) - x(a, j)) * (x(a, i) - x(a, j));
+  return std::sqrt(sum);
+}
+
+}  // namespace
+
+bool molpro_start_coord(input_file& file, array2<double>& x) {
+  std::string_view line;
+  file.rewind();
+  if (!search_word(file, 2, "ATOMIC COORDINATES", line) || !file.skip_lines(3)) return false;
+  for (int i = 1; i <= x.cols(); ++i) {
+    if (!file.read_line(line)) return false;
+    for (int a = 1; a <= 3; ++a)
+      if (!to_real(word_of(line, a + 3), x(a, i))) return false;
+  }
+  return true;
+}
+
 void molpro_coord(input_file& file, array2<double>& x) {
   if (has_dump(file)) {
     skip_rows(file, 3, "the coordinates");
-    return coordinate_rows(file, 1, false, x);
+    coordinate_rows(file, 1, false, x);
+    array2<double> listed(3, x.cols());
+    if (!other_table(file, listed) || !(spread(listed) > dump_in_angstrom * spread(x))) return;
+    file.warn(file.name() + ": the dump in XYZ style is in angstrom, as the other table of the file shows");
+    for (double& component : x.span()) component /= bohr_to_ang;
+    return;
   }
   if (to_frequency_table(file)) {
     check_frequency_table(file, x.cols());

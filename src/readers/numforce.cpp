@@ -5,7 +5,7 @@
 #include "readers/rows.hpp"       // for the rows of the tables
 #include "readers/scan.hpp"       // for search_word, search_word_free, search_word_del_space
 #include "readers/triangle.hpp"   // for force_constant_matrix
-#include "text/words.hpp"         // for number_of_words, word_of
+#include "text/words.hpp"         // for word_of
 
 #include <vector>
 
@@ -41,8 +41,9 @@ void numforce_coord(input_file& file, array2<double>& x) {
   if (!search_word_free(file, "Coordinate", line)) {
     fail_missing(file, "the coordinates", "a line with \"Coordinate\"");
   }
-  const std::string_view unit = word_of(line, 2);
-  const bool bohr = number_of_words(line) == 2 && (unit.front() == 'B' || unit.front() == 'b');
+  const std::string unit = lowercase(line);
+  const bool bohr = unit.find("bohr") != unit.npos || unit.find("a.u.") != unit.npos ||
+                    unit.find("atomic unit") != unit.npos || word_of(unit, 2).starts_with('b');
   skip_rows(file, 1, "the table of atoms");
   coordinate_rows(file, 3, !bohr, x);
 }

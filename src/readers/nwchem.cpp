@@ -132,6 +132,22 @@ array2<double> nwchem_fc(input_file& file, int natom) {
   return fc;
 }
 
+namespace {
+
+// "Root   1", or the root that the file says it has followed, "Target root =      2"; the position stays.
+std::string followed_root(const input_file& file) {
+  constexpr std::string_view marker = "Target root =";
+  const std::size_t at = file.content().find(marker);
+  const std::string_view rest =
+      at == std::string_view::npos ? "" : file.content().substr(at + marker.size(), 20);
+  int root = 1;
+  if (!to_integer(word_of(rest.substr(0, rest.find('\n')), 1), root) || root < 1 || root > 999) root = 1;
+  const std::string number = std::to_string(root);
+  return "Root" + std::string(4 - number.size(), ' ') + number;
+}
+
+}  // namespace
+
 void nwchem_nacme(qm_file& from, file_couplings& read) {
   input_file& file = from.file;
   std::string_view line;
@@ -141,11 +157,12 @@ void nwchem_nacme(qm_file& from, file_couplings& read) {
   }
   skip_rows(file, 1, "the table of atoms");
   array1<int> nat(read.natom());
-  symbol_rows(file, 2, nat);
+  symbol_rows(file, 2, nat, symbol_letters, 3);
   std::copy(nat.begin(), nat.end(), read.z.begin());
 
-  if (!search_word_free(file, "Root   1", line)) {
-    fail_missing(file, "the vertical energy", "\"Root   1\" after the geometry");
+  const std::string root = followed_root(file);
+  if (!search_word_free(file, root, line)) {
+    fail_missing(file, "the vertical energy", "\"" + root + "\" after the geometry");
   }
   const std::string_view columns = line.substr(std::min<std::size_t>(line.size(), 24), 31);
   if (!first_real(columns, read.e_vert)) {

@@ -69,6 +69,8 @@ std::optional<int> molpro_natom(input_file& file);
 void molpro_nat(input_file& file, array1<int>& nat);
 void molpro_mass(input_file& file, array1<double>& mass);
 void molpro_coord(input_file& file, array2<double>& x);
+// The coordinates of "ATOMIC COORDINATES", bohr, at the start of the job; false when there are none.
+bool molpro_start_coord(input_file& file, array2<double>& x);
 array2<double> molpro_fc(input_file& file, int natom);
 printed_results molpro_printed(input_file& file);
 void molpro_nacme(qm_file& from, file_couplings& read);

@@ -69,6 +69,7 @@ array1<double> qm_file_mass(qm_file& file, int natom) {
   if (read == nullptr) fail_kind(file, "the masses");
   array1<double> mass(natom);
   read(file.file, mass);
+  warn_if_cut(file.file);
   return mass;
 }
 

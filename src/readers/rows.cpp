@@ -118,12 +118,26 @@ int row_integer(const input_file& file, std::string_view line, int k, std::strin
   return i;
 }
 
+namespace {
+
+// Whether the charge can be that of the element: its atomic number, or this less the electrons of a core that
+// an effective potential replaces. The tag CA beside a charge of 6 is a carbon, not calcium.
+bool charge_fits(int number, std::string_view charge) {
+  constexpr int cores[] = {0, 2, 10, 18, 28, 36, 46, 54, 60, 68, 78};
+  double z = 0.0;
+  if (!to_real(charge, z) || z != std::floor(z) || z < 1.0) return true;
+  return std::ranges::find(cores, number - static_cast<int>(std::min(z, 200.0))) != std::end(cores);
+}
+
+}  // namespace
+
 void symbol_rows(input_file& file, int k, array1<int>& nat, std::size_t width, int charge_word) {
   const std::string expected = "an atom with its element symbol as word " + std::to_string(k);
   for (int& number : nat) {
     const std::string_view row = next_row(file, expected);
     const std::string_view label = word_of(row, k);
     number = symbol_to_nat(label.substr(0, width));
+    if (charge_word > 0 && !charge_fits(number, word_of(row, charge_word))) number = 0;
     if (number == 0) number = nat_of_label(label, charge_word == 0 ? "" : word_of(row, charge_word));
     if (number == 0) fail(file.here("no element has this symbol", expected));
   }

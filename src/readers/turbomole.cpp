@@ -140,6 +140,31 @@ array2<double> turbomole_fc(input_file& file, int natom) {
   return fc;
 }
 
+namespace {
+
+// Moves to the heading of the excitation that the file says it has followed, or to the first: "1 singlet a
+// excitation", in columns 38 to 47 where the label of the representation has one letter.
+bool to_excitation(input_file& file) {
+  constexpr std::string_view marker = "Excited state no.";
+  std::string_view line;
+  const std::size_t after_atoms = file.position();
+  const std::size_t at = file.content().find(marker, after_atoms);
+  int followed = 1;
+  if (at != std::string_view::npos) {
+    const std::string_view rest = file.content().substr(at + marker.size(), 40);
+    if (rest.find("chosen for optimization") == std::string_view::npos ||
+        !to_integer(word_of(rest, 1), followed))
+      followed = 1;
+  }
+  const std::string number = std::to_string(followed);
+  while (search_word_free(file, " excitation", line)) {
+    if (word_of(line, 1) == number && word_of(line, number_of_words(line)) == "excitation") return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 void turbomole_nacme(qm_file& from, file_couplings& read) {
   constexpr std::string_view heading = "Atomic coordinate, charge and isotop information";
   input_file& file = from.file;
@@ -156,7 +181,7 @@ void turbomole_nacme(qm_file& from, file_couplings& read) {
       "x, y, z and symbol of an atom, and its charge as word " + std::to_string(words + 1);
   for (double& z : read.z) row_numbers(file, next_row(file, atom_row), words, {&z, 1}, atom_row);
 
-  if (!search_word(file, 38, "excitation", line) || !search_word(file, 2, "Excitation energy:", line)) {
+  if (!to_excitation(file) || !search_word(file, 2, "Excitation energy:", line)) {
     fail_missing(file, "the vertical energy",
                  "\"excitation\" in columns 38 to 47, then \"Excitation energy:\" in columns 2 to 19");
   }

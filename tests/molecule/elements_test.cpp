@@ -41,7 +41,7 @@ TEST(elements, a_shifted_row_of_the_table_shows_at_its_neighbours) {
 TEST(elements, labels_longer_than_the_symbol_give_the_element_that_the_charge_allows) {
   const std::pair<const char*, int> labels[] = {
       {"1 CL12 17.0", 17}, {"1 CA2 6.0", 6}, {"1 CA2 20.0", 20}, {"1 CA2 10.0", 20}, {"1 Hw 1.0", 1},
-      {"1 CA 6.0", 20},    {"1 X1 1.0", 0},  {"1 H1 6.0", 0},    {"1 H1 0.5", 0},    {"1 H1 x", 0}};
+      {"1 CA 6.0", 6},    {"1 X1 1.0", 0},  {"1 H1 6.0", 0},    {"1 H1 0.5", 0},    {"1 H1 x", 0}};
   for (const auto& [row, number] : labels) {
     input_file file = input_file::from_memory("rows", row + std::string("\n"));
     array1<int> nat(1);

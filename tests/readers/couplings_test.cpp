@@ -54,6 +54,37 @@ TEST(nacme_readers, turbomole_blocks_of_five_in_the_layout_of_the_release) {
   }
 }
 
+// Longer labels, further roots and tags of atoms: the same couplings, with the energy of the root.
+TEST(nacme_readers, roots_and_labels_other_than_the_first_and_the_shortest_are_read) {
+  const std::string second = " Excited State   2:      Singlet-A       5.4422 eV  227.82 nm\n";
+  const struct {
+    const char* file;
+    int natom;
+    std::string from, to;
+  } cases[] = {
+      {gaussian, 3, " Excited State   1:      Singlet-A       5.4422 eV  227.82 nm  f=0.0000  <S**2>=0.000\n",
+       " Excited State   1:      Singlet-A       4.0 eV\n" + second +
+           " This state for optimization and/or second-order correction.\n"},
+      {nwchem, 3, "  Root   1", "     Target root =      2\n  Root   1 singlet a   0.1 a.u.\n  Root   2"},
+      {nwchem, 3, "3 h ", "3 Hw"},
+      {nwchem, 3, "1 C ", "1 CA"},
+      {turbomole_65, 6, "1 singlet a excitation", "1 singlet b1u excitation"},
+      {turbomole_65, 6, "                         1 singlet a excitation",
+       "     Excited state no.    2 chosen for optimization\n                         1 singlet a "
+       "excitation\n\n"
+       " Excitation energy:  0.1\n                         2 singlet a excitation"},
+  };
+  for (const auto& it : cases) {
+    const file_couplings plain = read(sample(it.file), it.natom);
+    const std::string content = changed(sample(it.file), it.from, it.to);
+    SCOPED_TRACE(it.to);
+    const file_couplings got = read(content, it.natom);
+    EXPECT_NEAR(got.e_vert, plain.e_vert, 1e-12);
+    EXPECT_EQ(got.z, plain.z);
+    EXPECT_TRUE(got.nacme == plain.nacme);
+  }
+}
+
 TEST(nacme_readers, broken_files_end_the_run_with_a_message_that_names_file_and_fault) {
   const struct {
     const char* file;
