@@ -1,11 +1,12 @@
 // Reads outputs of CFOUR and DALTON, which print their force constants in the same layout.
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 
 #include "molecule/elements.hpp"    // for nat_to_mass, element_symbol
 #include "readers/programs.hpp"     // for the routines
-#include "readers/rows.hpp"         // for next_row, skip_rows, all_numbers, mass_rows
+#include "readers/rows.hpp"         // for next_row, skip_rows, all_numbers, mass_rows, try_row_numbers
 #include "readers/scan.hpp"         // for search_word_free
 #include "readers/state_parts.hpp"  // for the parts of a state
 #include "text/number.hpp"          // for to_integer, shortest
@@ -42,6 +43,19 @@ void check_masses(const input_file& file, const file_state& state) {
   }
 }
 
+// The largest component of the gradient of DALTON; none without a table of all atoms.
+std::optional<double> printed_gradient(input_file& file, int natom, int words) {
+  std::string_view line;
+  if (!search_word_free(file, "Molecular gradient (au)", line) || !file.skip_lines(2)) return std::nullopt;
+  double largest = 0.0;
+  for (int i = 1; i <= natom; ++i) {
+    double g[3];
+    if (!file.read_line(line) || !try_row_numbers(line, words - 3, g)) return std::nullopt;
+    for (const double component : g) largest = std::max(largest, std::abs(component));
+  }
+  return largest;
+}
+
 }  // namespace
 
 file_state cfour_state(input_file& file) {
@@ -72,6 +86,7 @@ file_state dalton_state(input_file& file) {
   const int words = std::max(4, number_of_words(next_row(file, rows)));
   file.back_line();
   file_state state = read_atoms(file, {.before_x = words - 3}, rows);
+  state.printed.max_gradient = printed_gradient(file, state.natom(), words);
   file.seek_line_after(matrix);
   refuse_symmetry(file, "the same calculation with the word Nosymmetry in the molecule file");
   read_labelled_triangle(file, state.fc);

@@ -192,7 +192,7 @@ std::size_t need_before(const input_file& file, std::string_view word, std::size
 
 std::string beside(const input_file& file, std::initializer_list<std::string_view> endings) {
   for (const std::string_view ending : endings) {
-    const std::string name = std::filesystem::path(file.name()).replace_extension(ending).string();
+    std::string name = std::filesystem::path(file.name()).replace_extension(ending).string();
     std::error_code none;
     if (name != file.name() && std::filesystem::is_regular_file(name, none)) return name;
   }
