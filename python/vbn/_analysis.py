@@ -1,4 +1,5 @@
 """The results of an analysis as arrays, and the calls that make them."""
+import inspect
 import json
 import math
 import numbers
@@ -35,7 +36,7 @@ class ResultWarning(UserWarning):
 
 
 def _attribute(name, doc):
-    return property(lambda self: self._values[name], doc=doc)
+    return property(lambda self: self._values[name], doc=inspect.cleandoc(doc))
 
 
 class _Values:
@@ -85,6 +86,11 @@ class Route(_Values):
     reorganisation_energies = _attribute('reorganisation_energies', """Shape (2, 3N), cm-1: Huang-Rhys factor times
         frequency; negative for an imaginary mode.""")
     totals = _attribute('totals', """Sums of the reorganisation energies over all modes, shape (2,), cm-1.""")
+
+
+def _of_cartesian_route(name):
+    return property(lambda self: getattr(self.cartesian, name),
+                    doc=f'{getattr(Route, name).__doc__}\n\nThose of `cartesian`.')
 
 
 class InternalCoordinates(_Values):
@@ -184,12 +190,10 @@ class Analysis(_Values):
     printed = _attribute('printed', "What vbn prints to standard output for these files.")
     log = _attribute('log', "The log, what vbn writes to vbn.out.")
 
-    displacements = property(lambda self: self.cartesian.displacements, doc="`cartesian.displacements`.")
-    dimensionless_displacements = property(lambda self: self.cartesian.dimensionless_displacements,
-                                           doc="`cartesian.dimensionless_displacements`.")
-    huang_rhys = property(lambda self: self.cartesian.huang_rhys, doc="`cartesian.huang_rhys`.")
-    reorganisation_energies = property(lambda self: self.cartesian.reorganisation_energies,
-                                       doc="`cartesian.reorganisation_energies`.")
+    displacements = _of_cartesian_route('displacements')
+    dimensionless_displacements = _of_cartesian_route('dimensionless_displacements')
+    huang_rhys = _of_cartesian_route('huang_rhys')
+    reorganisation_energies = _of_cartesian_route('reorganisation_energies')
 
     @property
     def paired_duschinsky(self):
