@@ -78,6 +78,11 @@ text<200> checkpoint_of(const qm_file& log, std::string_view ffreq) {
     log.file.warn(here + " is not in the working directory; " + beside + " is read");
     return beside;
   }
+  return {};
+}
+
+[[noreturn]] void fail_checkpoint(const qm_file& log, std::string_view ffreq) {
+  const std::string here = checkpoint_here(ffreq), beside = checkpoint_beside(ffreq);
   log.file.warn("no formatted checkpoint " + here + " in the working directory" +
                 (beside == here ? "" : ", and no " + beside) +
                 "; make it with formchk from the .chk file of the job");
@@ -112,10 +117,13 @@ qm_file get_na(file_data& data, atom_data& atoms, const messages& say) {
   data.ffreq_version = file.version;
   data.fhess = data.ffreq;
   if (file.kind == file_kind::gaussian_log) {
-    data.fhess = checkpoint_of(file, data.ffreq.trimmed());
     std::string_view line;
     file.file.rewind();
     data.ifoniom = search_word_free(file.file, "oniom", line, oniom_width);
+    const text<200> checkpoint = checkpoint_of(file, data.ffreq.trimmed());
+    if (checkpoint.blank() && !data.ifoniom) file.state = gaussian_archive_state(file.file);
+    if (checkpoint.blank() && !file.state) fail_checkpoint(file, data.ffreq.trimmed());
+    if (!checkpoint.blank()) data.fhess = checkpoint;
   }
   if (data.ifoniom) {
     const oniom_count count = qm_file_natom_oniom_qm(file);

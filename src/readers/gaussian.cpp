@@ -157,6 +157,50 @@ gaussian_fchk_atoms gaussian_fchk_atoms_of(input_file& file, int natom) {
   return atoms;
 }
 
+void gaussian_fchk_nat(input_file& file, array1<int>& nat) {
+  const gaussian_fchk_atoms atoms = gaussian_fchk_atoms_of(file, nat.size());
+  if (atoms.nat.size() == 0) fail_missing(file, "the atomic numbers", "\"Atomic numbers\" with all atoms");
+  nat = atoms.nat;
+}
+
+void gaussian_fchk_mass(input_file& file, array1<double>& mass) {
+  const gaussian_fchk_atoms atoms = gaussian_fchk_atoms_of(file, mass.size());
+  if (atoms.mass.size() > 0) {
+    mass = atoms.mass;
+    return;
+  }
+  array1<int> nat(mass.size());
+  gaussian_fchk_nat(file, nat);
+  element_masses(nat, mass);
+}
+
+void gaussian_fchk_state_coord(input_file& file, array2<double>& x) {
+  if (!gaussian_fchk_coord(file, x)) {
+    fail_missing(file, "the coordinates", "\"Current cartesian coordinates\" with all atoms");
+  }
+}
+
+printed_results gaussian_fchk_printed(input_file& file) {
+  printed_results printed;
+  std::string_view line;
+  const auto integer = [&](std::string_view heading, int word) {
+    int number = 0;
+    file.rewind();
+    return search_word(file, 1, heading, line) && to_integer(word_of(line, word), number)
+               ? std::optional<int>(number)
+               : std::nullopt;
+  };
+  printed.charge = integer("Charge  ", 3);
+  printed.multiplicity = integer("Multiplicity  ", 3);
+  const int modes = integer("Number of Normal Modes", 6).value_or(0);
+  const int size = integer("Vib-E2", 4).value_or(0);
+  if (modes > 0 && size > modes) {
+    const array1<double> all = fchk_block(file, "Vib-E2", size);
+    printed.frequencies.assign(all.begin(), all.begin() + std::min(modes, all.size()));
+  }
+  return printed;
+}
+
 // The lower triangle, row by row, as one list of numbers.
 array2<double> gaussian_fchk_fc(input_file& file, int natom) {
   constexpr std::string_view heading = "Cartesian Force Constants";

@@ -53,7 +53,13 @@ void gaussian_log_coord(input_file& file, array2<double>& x);
 bool gaussian_log_coord_before(input_file& file, std::size_t end, array2<double>& x);
 void gaussian_log_nacme(qm_file& from, file_couplings& read);
 printed_results gaussian_log_printed(input_file& file);
+// The state in the archive entry of a log; none when no entry has force constants.
+std::optional<file_state> gaussian_archive_state(input_file& file);
 std::optional<int> gaussian_fchk_natom(input_file& file);
+void gaussian_fchk_nat(input_file& file, array1<int>& nat);
+void gaussian_fchk_mass(input_file& file, array1<double>& mass);
+void gaussian_fchk_state_coord(input_file& file, array2<double>& x);
+printed_results gaussian_fchk_printed(input_file& file);
 // The coordinates of the checkpoint; false when it has none, or of another number of atoms.
 bool gaussian_fchk_coord(input_file& file, array2<double>& x);
 // Atomic numbers and masses of the checkpoint, each empty where it has none of `natom` atoms.

@@ -24,7 +24,7 @@ const kind_readers& rewound(qm_file& file) {
 // The state of a file whose kind is read as a whole; nullptr for the other kinds.
 file_state* whole_state(qm_file& file) {
   const auto read = readers_of(file.kind).state;
-  if (read == nullptr) return nullptr;
+  if (read == nullptr && !file.state) return nullptr;
   if (!file.state) {
     file.file.rewind();
     file.state = read(file.file);

@@ -41,7 +41,14 @@ struct printed_case {
 
 // ORCA takes other constants, GAMESS prints six decimals of the force constants, MOPAC four by default, and
 // DALTON removes translations and rotations without masses, which matters far from a minimum.
-const printed_case cases[] = {{"ORCA HESS", "orca/formaldehyde_neutral.hess", 0.1},
+const printed_case cases[] = {{"GAUSSIAN LOG", "gaussian_alone/h2o2.log", 0.05},
+                              {"GAUSSIAN LOG", "gaussian_alone/nh2.log", 0.05},
+                              {"GAUSSIAN LOG", "gaussian_alone/ch4_oh_ts.log", 0.05},
+                              {"GAUSSIAN LOG", "gaussian_alone/vinyl_hydroperoxide.log", 0.05},
+                              {"GAUSSIAN FCHK", "gaussian_alone/ch4.fchk", 0.05},
+                              {"GAUSSIAN FCHK", "gaussian_alone/acetonitrile.fchk", 0.05},
+                              {"GAUSSIAN FCHK", "qchem/water.fchk", 0.05},
+                              {"ORCA HESS", "orca/formaldehyde_neutral.hess", 0.1},
                               {"ORCA HESS", "orca/formaldehyde_cation.hess", 0.1},
                               {"ORCA HESS", "orca/methanol.hess", 0.1},
                               {"ORCA HESS", "orca/co2.hess", 0.1},
