@@ -7,7 +7,8 @@
 
 #include "readers/scan.hpp"     // for search_word, search_word_free
 #include "text/fixed_text.hpp"  // for text
-#include "text/words.hpp"       // for word_of, is_number, adjustl
+#include "text/number.hpp"      // for to_integer, to_real
+#include "text/words.hpp"       // for word_of, is_number, adjustl, number_of_words
 
 namespace vbn {
 
@@ -120,12 +121,29 @@ bool gamess_version(input_file&, std::string_view line, text<100>& version) {
   return true;
 }
 
+// A line with the number of atoms and three times this number (six in old versions), then three reals a line.
+bool is_psi4_hess(input_file& file) {
+  std::string_view line;
+  int natom = 0;
+  int rows = 0;
+  if (!file.read_line(line) || number_of_words(line) != 2 || !to_integer(word_of(line, 1), natom) ||
+      !to_integer(word_of(line, 2), rows) || natom < 1 || (rows / natom != 3 && rows / natom != 6) ||
+      rows % natom != 0 || !file.read_line(line) || number_of_words(line) != 3)
+    return false;
+  double r = 0.0;
+  for (int k = 1; k <= 3; ++k) {
+    if (word_of(line, k).find('.') == std::string_view::npos || !to_real(word_of(line, k), r)) return false;
+  }
+  return true;
+}
+
 struct kind_marker {
   file_kind kind;
   int column;  // of the first character of the marker, 0 for anywhere in a line
   std::string_view marker;
   version_reader version;
-  bool last_resort = false;  // searched for only if no other marker is found
+  bool last_resort = false;              // searched for only if no other marker is found
+  bool (*shape)(input_file&) = nullptr;  // of a file without any text, instead of a marker
 };
 
 // In the order in which they are tested.
@@ -157,6 +175,7 @@ constexpr kind_marker markers[] = {
     {file_kind::cfour, 0, "CFOUR Coupled-Cluster techniques", cfour_version, true},
     {file_kind::dalton, 0, "Dalton - An Electronic Structure Program", dalton_version, true},
     {file_kind::jaguar, 1, "&hess", no_version, true},
+    {file_kind::psi4_hess, 0, "", no_version, true, is_psi4_hess},
 };
 
 // The file with each tab replaced by blanks up to the next multiple of `tab_stop` columns, since the columns
@@ -188,8 +207,9 @@ file_kind qm_file_type(input_file& file, text<100>& version) {
     if (m.last_resort && kind != file_kind::unknown) continue;
     std::string_view line;
     file.rewind();
-    const bool found =
-        m.column == 0 ? search_word_free(file, m.marker, line) : search_word(file, m.column, m.marker, line);
+    const bool found = m.shape != nullptr ? m.shape(file)
+                       : m.column == 0    ? search_word_free(file, m.marker, line)
+                                          : search_word(file, m.column, m.marker, line);
     if (!found) continue;
     kind = m.kind;
     if (m.version(file, line, version)) break;

@@ -30,6 +30,7 @@ enum class file_kind {
   orca_output,
   qchem,
   psi4_output,
+  psi4_hess,
   gamess_output,
   gamess_punch,
   cp2k,

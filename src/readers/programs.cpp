@@ -78,6 +78,7 @@ constexpr kind_readers kinds[] = {
     {.kind = file_kind::orca_output, .name = "ORCA", .state = orca_output_state},
     {.kind = file_kind::qchem, .name = "QCHEM", .state = qchem_state},
     {.kind = file_kind::psi4_output, .name = "PSI4", .state = psi4_output_state},
+    {.kind = file_kind::psi4_hess, .name = "PSI4 HESS", .state = psi4_hess_state},
     {.kind = file_kind::gamess_output, .name = "GAMESS", .state = gamess_output_state},
     {.kind = file_kind::gamess_punch, .name = "GAMESS DAT", .state = gamess_punch_state},
     {.kind = file_kind::cp2k, .name = "CP2K", .state = cp2k_state},

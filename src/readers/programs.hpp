@@ -117,6 +117,7 @@ file_state orca_hess_state(input_file& file);      // the Hessian file (orca.cpp
 file_state orca_output_state(input_file& file);    // from the Hessian file beside the output
 file_state qchem_state(input_file& file);          // Q-Chem (qchem.cpp)
 file_state psi4_output_state(input_file& file);    // Psi4 (psi4.cpp)
+file_state psi4_hess_state(input_file& file);      // the Hessian file, with the output beside it
 file_state gamess_output_state(input_file& file);  // GAMESS-US and Firefly (gamess.cpp)
 file_state gamess_punch_state(input_file& file);   // the punch file, with the output beside it
 file_state cp2k_state(input_file& file);           // CP2K (cp2k.cpp)

@@ -64,6 +64,8 @@ const printed_case cases[] = {{"GAUSSIAN LOG", "gaussian_alone/h2o2.log", 0.05},
                               {"QCHEM", "qchem/methanol_final_hessian.out", 0.05},
                               {"QCHEM", "qchem/no3.out", 0.05},
                               {"PSI4", "psi4/water_analytic.out", 0.05},
+                              {"PSI4 HESS", "psi4/formaldehyde_neutral.hess", 0.05},
+                              {"PSI4 HESS", "psi4/formaldehyde_cation.hess", 0.05},
                               {"GAMESS", "gamess/ammonia_ts.out", 0.1},
                               {"GAMESS DAT", "gamess/ammonia_ts.dat", 0.1},
                               {"GAMESS", "gamess/water_2005.out", 0.1},
@@ -116,6 +118,7 @@ TEST(more_programs, a_pair_of_states_agrees_among_programs_and_between_them) {
   VBN_NEEDS_REAL_DATA();
   const std::string programs[][2] = {{"orca/formaldehyde_neutral.hess", "orca/formaldehyde_cation.hess"},
                                      {"qchem/formaldehyde_neutral.out", "qchem/formaldehyde_cation.out"},
+                                     {"psi4/formaldehyde_neutral.hess", "psi4/formaldehyde_cation.hess"},
                                      {"bagel/formaldehyde_neutral.out", "bagel/formaldehyde_cation.out"}};
   for (const auto& one : programs)
     for (const auto& two : programs) {
@@ -129,7 +132,7 @@ TEST(more_programs, a_pair_of_states_agrees_among_programs_and_between_them) {
       input.mass_type(8) = 15.99491462;
       const ending e = analysed(run);
       ASSERT_EQ(e.status, -1) << e.error << e.printed;
-      const double wider = &one == &two ? 1.0 : 1.2;  // the errors of two optimisations
+      const double wider = &one == &two ? 1.0 : 1.5;  // the errors of two optimisations
       const mode_results &g = run.state(1).cart, &c = run.state(2).cart;
       EXPECT_NEAR(g.hr(9), 0.0407, 0.00015 * wider);
       EXPECT_NEAR(g.hr(10), 0.23025, 0.0007 * wider);
