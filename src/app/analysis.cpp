@@ -254,23 +254,24 @@ void project_couplings(run_data& run) {
 void relate_states(run_data& run) {
   const input_data& input = run.input;
   stage_clock clock;
-  const auto section_ends = [&](const char* name) {
+  const auto section_ends = [&](const char* name, const char* next = nullptr) {
     clock.ends(name);
     run.fout.save();
+    if (next != nullptr) run.say.begin(next);
   };
   take_keys(run);
   read_states(run);
-  section_ends("files and raw frequencies");
+  section_ends("files and raw frequencies", "couplings and keys");
   read_couplings(run);
   select_force_constants(run.state, input.select_state);
   with_file(input.finp, [&] { check(run.input, run.state(1).atoms.natom, run.say); });
-  section_ends("couplings and keys");
+  section_ends("couplings and keys", "inertial frames");
   bring_to_frames(run);
-  section_ends("inertial frames");
+  section_ends("inertial frames", "modes");
   find_modes(run);
-  section_ends("modes");
+  section_ends("modes", input.set_cart ? nullptr : "internal coordinates");
   if (!input.set_cart) find_internal_coordinates(run);
-  section_ends("internal coordinates");
+  section_ends("internal coordinates", "Duschinsky matrix and pairing");
   relate_modes(run);
   section_ends("Duschinsky and pairing");
   project_couplings(run);

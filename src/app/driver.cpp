@@ -52,9 +52,11 @@ void run_stages(run_data& run, std::string_view argument) {
   read_keys(run, argument);
   relate_states(run);
   stage_clock clock;
+  run.say.begin("writing the Cartesian route");
   write_cartesian_route(run);
   clock.ends("files of the Cartesian route");
   if (run.input.set_cart) return;
+  run.say.begin("route through internal coordinates");
   compare_internal_coordinates(run);
   write_internal_route(run);
   clock.ends("internal route");

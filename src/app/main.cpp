@@ -10,7 +10,9 @@
 #include "app/blas_start.hpp"       // for settle_blas
 #include "app/command_line.hpp"     // for answer_to
 #include "app/driver.hpp"           // for run_stages
+#include "app/progress.hpp"         // for progress
 #include "output/result_files.hpp"  // for earlier_results
+#include "output/summary.hpp"       // for summary
 #include "text/messages.hpp"        // for messages
 #include "text/stop.hpp"            // for run_end, fault_message, warning_line
 
@@ -54,17 +56,26 @@ vbn::run_end end_of_exception() {
   }
 }
 
-// Runs all stages and returns how the run ended. The log is closed by then.
+// Runs all stages and returns how the run ended; at a terminal a run that ended well has a summary. The log
+// is closed by then.
 vbn::run_end run_to_its_end(std::string_view argument) {
   const vbn::earlier_results earlier;
+  vbn::progress at;
+  std::string found;
   std::optional<vbn::run_end> stopped;
   vbn::output_file log;
   try {
     vbn::run_data run;
-    run.say = vbn::messages([](std::string_view text) { write_to(stderr, vbn::warning_line(text)); },
-                            [](std::string_view lines) { write_to(stdout, lines); });
+    const auto write = [&at](std::FILE* stream, std::string_view text) {
+      at.clear();
+      write_to(stream, text);
+    };
+    run.say = vbn::messages([&](std::string_view text) { write(stderr, vbn::warning_line(text)); },
+                            [&](std::string_view lines) { write(stdout, lines); },
+                            [&](std::string_view stage) { at.stage(stage); });
     try {
       vbn::run_stages(run, argument);
+      if (at.on_terminal()) found = vbn::summary(run.state, run.input);
     } catch (...) {
       stopped = end_of_exception();
     }
@@ -72,6 +83,7 @@ vbn::run_end run_to_its_end(std::string_view argument) {
   } catch (...) {
     stopped = end_of_exception();
   }
+  at.clear();
   // The log may be on a full disk, which only the last write shows.
   try {
     log.close();
@@ -80,8 +92,8 @@ vbn::run_end run_to_its_end(std::string_view argument) {
     if (stopped) unwritten.text.insert(0, stopped->text), unwritten.printed = stopped->printed;
     stopped = unwritten;
   }
-  if (!stopped) return {};
-  stopped->text += earlier.line_after_stop();
+  if (!stopped) return {0, found};
+  stopped->text += earlier.line_after_stop(log.name());
   return *stopped;
 }
 

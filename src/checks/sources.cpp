@@ -5,7 +5,6 @@
 #include <cmath>
 #include <functional>
 #include <limits>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "frame/hessian.hpp"       // for frequencies_of
 #include "frame/projection.hpp"    // for project_mhessian_rot
 #include "molecule/constants.hpp"  // for au_to_cm, bohr_to_ang
+#include "molecule/formula.hpp"    // for formula
 #include "molecule/geometry.hpp"   // for largest_difference
 #include "text/stop.hpp"           // for fail
 
@@ -29,25 +29,6 @@ constexpr double shortest = 0.6, longest = 3.0;  // distance of the nearest two 
 constexpr double highest = 6000.0;               // cm-1; the highest vibration is that of H2, 4401
 constexpr double same_geometry_limit = 1.0e-6;   // bohr
 constexpr double same_frequency_limit = 1.0e-3;  // cm-1
-
-std::string formula(const atom_data& atoms) {
-  std::map<std::string, int> count;
-  for (const text<2>& symbol : atoms.symbol) ++count[symbol.str()];
-  std::string shown;
-  const auto add = [&](const std::string& symbol) {
-    const int n = count[symbol];
-    if (n > 0) shown += symbol;
-    if (n > 1) shown += std::to_string(n);
-    count.erase(symbol);
-  };
-  // The order of Hill (1900): carbon, hydrogen, then by the alphabet.
-  if (count.contains("C")) {
-    add("C");
-    add("H");
-  }
-  while (!count.empty()) add(std::string(count.begin()->first));
-  return shown;
-}
 
 // Those above the limit in magnitude, cm-1, the highest first.
 std::vector<double> compared(std::vector<double> freq) {
@@ -143,7 +124,7 @@ bool identical(const array1<states>& state) {
 }  // namespace
 
 void require_one_molecule(const array1<states>& state) {
-  const std::string one = formula(state(1).atoms), two = formula(state(2).atoms);
+  const std::string one = formula(state(1).atoms.symbol), two = formula(state(2).atoms.symbol);
   if (one == two) return;
   const std::string& first = state(1).file.ffreq.str();
   const std::string& second = state(2).file.ffreq.str();

@@ -27,10 +27,19 @@ input_data every_key() {
   return input;
 }
 
+// Whether both names lead to one file, or will when it is made.
+bool same_file(const std::string& a, const std::string& b) {
+  std::error_code none;  // of a file that is not there
+  if (fs::equivalent(a, b, none)) return true;
+  const auto whole = [&](const std::string& name) {
+    return fs::weakly_canonical(fs::absolute(name, none), none);
+  };
+  return !whole(a).empty() && whole(a) == whole(b);
+}
+
 void require_kept(const std::string& name, const std::vector<std::string>& written) {
   for (const std::string& result : written) {
-    std::error_code none;  // a file that is not there is no other file
-    if (!name.empty() && fs::equivalent(name, result, none)) {
+    if (!name.empty() && same_file(name, result)) {
       fail_in(name, "the run would overwrite a file that it reads: it writes " + result,
               "another name or folder for this file");
     }
@@ -74,16 +83,17 @@ earlier_results::earlier_results() : names_(result_files(every_key())) {
   }
 }
 
-std::string earlier_results::line_after_stop() const {
+std::string earlier_results::line_after_stop(const std::string& log) const {
   std::vector<std::string> written, earlier;
   for (const std::string& name : names_) {
+    if (name == log) continue;  // it is no result, and of this run even if the last one ended at this moment
     std::error_code none;
     const fs::file_time_type changed = fs::last_write_time(name, none);
     if (none) continue;
     const auto before = changed_.find(name);
     if (before != changed_.end() && before->second == changed) {
       earlier.push_back(name);
-    } else if (name != names_.front()) {  // the log is no result
+    } else {
       written.push_back(name);
     }
   }

@@ -23,8 +23,8 @@ class earlier_results {
   earlier_results();
 
   // The line for the error stream after a stop: which files the run has written, and which are of an earlier
-  // run.
-  std::string line_after_stop() const;
+  // run. `log` is the name of the log, empty if it was not opened.
+  std::string line_after_stop(const std::string& log) const;
 
  private:
   std::vector<std::string> names_;  // of every file that any run writes

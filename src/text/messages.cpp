@@ -17,6 +17,10 @@ void messages::tell_free(std::initializer_list<value> values) const {
   if (lines_) lines_(free_line(values));
 }
 
+void messages::begin(std::string_view stage) const {
+  if (stages_) stages_(stage);
+}
+
 std::string lines_of(const layout& lines, std::initializer_list<value> values) {
   std::string out;
   lines.write(out, values);

@@ -33,8 +33,6 @@ std::vector<double> printed_frequencies(const std::filesystem::path& file, const
   return found;
 }
 
-// Runs of a few hundred atoms: every file is there, holds no value that is none, and comes out the same
-// again.
 // From about 100 coordinates on OpenBLAS would share a product among threads, and so change its last bits.
 TEST(real_cases, the_number_of_threads_that_is_asked_for_changes_no_byte) {
   VBN_NEEDS_REAL_DATA();
@@ -45,6 +43,8 @@ TEST(real_cases, the_number_of_threads_that_is_asked_for_changes_no_byte) {
   EXPECT_TRUE(run.results() == one_thread);
 }
 
+// Runs of a few hundred atoms: every file is there, holds no value that is none, and comes out the same
+// again.
 TEST(real_cases, large_ones_run_to_their_end_and_repeat_to_the_byte) {
   VBN_NEEDS_REAL_DATA();
 #ifdef __SANITIZE_ADDRESS__
