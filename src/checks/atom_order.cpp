@@ -18,8 +18,10 @@ namespace vbn {
 
 namespace {
 
-constexpr long most_trials = 500'000;   // placements of an atom before the search is given up
-constexpr double far_apart = 0.3;       // angstrom; nearer geometries have their atoms in one order
+constexpr long most_trials = 500'000;  // placements of an atom before the search is given up
+constexpr double far_apart = 0.1;      // angstrom; nearer geometries have their atoms in one order
+constexpr double pair_slack =
+    0.002;  // bohr a pair of atoms; orders that differ less are compared by rotation
 constexpr double clearly_nearer = 0.7;  // the distance with the other order over that with the given one
 constexpr int listed_atoms = 200;       // in the message
 
@@ -60,35 +62,58 @@ array2<double> distances(const array2<double>& x) {
   return d;
 }
 
+array2<double> reordered(const array2<double>& x, const array1<int>& place, double sign) {
+  array2<double> y(3, x.cols());
+  for (int i = 1; i <= x.cols(); ++i)
+    for (int a = 1; a <= 3; ++a) y(a, i) = sign * x(a, place(i));
+  return y;
+}
+
 struct search {
+  const array2<double>& x1;
+  const array2<double>& x2;
   const array2<bool_>& bond1;
   const array2<bool_>& bond2;
   classes class1, class2;
   array2<double> d1, d2;
-  std::vector<int> order;   // atoms of the first graph, each but the first of a part bonded to an earlier one
-  std::vector<int> parent;  // that earlier one, 0 for none
-  std::vector<int> place, best_place;  // by atom - 1
-  std::vector<bool> taken;             // atoms of the second graph
-  double best = std::numeric_limits<double>::infinity();
-  long trials = 0;
+  std::vector<int> order =
+      {};  // atoms of the first graph, each but the first of a part bonded to an earlier one
+  std::vector<int> parent = {};  // that earlier one, 0 for none
+  array1<int> place;             // by atom of the first graph
+  std::vector<bool> taken;       // atoms of the second graph
+  // The least sum of the differences of all distances. They are the same in a mirror image, so of the orders
+  // near it the rotation decides.
+  double least = std::numeric_limits<double>::infinity();
+  double limit = std::numeric_limits<double>::infinity();  // of the sum, for an order to be compared
+  atom_order as_is = {}, mirrored = {};                    // the nearest of each
+  long trials = 0, most = most_trials;
 
   bool fits(std::size_t step, int i, int k, double& cost) {
     ++trials;
     if (class1[static_cast<std::size_t>(i - 1)] != class2[static_cast<std::size_t>(k - 1)]) return false;
-    for (std::size_t s = 0; s < step && cost < best; ++s) {
+    for (std::size_t s = 0; s < step && cost < limit; ++s) {
       const int j = order[s];
-      const int m = place[static_cast<std::size_t>(j - 1)];
+      const int m = place(j);
       if (bond1(i, j) != bond2(k, m)) return false;
       cost += std::abs(d1(i, j) - d2(k, m));
     }
-    return cost < best;
+    return cost < limit;
+  }
+
+  void keep(atom_order& nearest, double sign) const {
+    const double distance = superposed_distance(x1, reordered(x2, place, sign));
+    if (nearest.place.size() == 0 || distance < nearest.distance) nearest = {place, distance, sign < 0.0};
   }
 
   // Places the atoms from `order[step]` on.
   void place_next(std::size_t step, double cost) {
     if (step == order.size()) {
-      best = cost;
-      best_place = place;
+      if (cost < least) {
+        least = cost;
+        limit = cost + pair_slack * static_cast<double>(step * step);
+      }
+      keep(as_is, 1.0);
+      keep(mirrored, -1.0);
       return;
     }
     const int i = order[step];
@@ -96,14 +121,16 @@ struct search {
     std::vector<std::pair<double, int>> candidates;
     for (int k = 1; k <= static_cast<int>(taken.size()); ++k) {
       if (taken[static_cast<std::size_t>(k - 1)]) continue;
-      if (near > 0 && !bond2(k, place[static_cast<std::size_t>(near - 1)])) continue;
+      if (near > 0 && !bond2(k, place(near))) continue;
       double with = cost;
       if (fits(step, i, k, with)) candidates.emplace_back(with, k);
     }
     std::ranges::sort(candidates);
+    if (step == 0) most = most_trials / std::max<long>(1, static_cast<long>(candidates.size()));
     for (const auto& [with, k] : candidates) {
-      if (with >= best || trials > most_trials) return;
-      place[static_cast<std::size_t>(i - 1)] = k;
+      if (step == 0) trials = 0;  // each place of the first atom gets its share
+      if (with >= limit || trials > most) return;
+      place(i) = k;
       taken[static_cast<std::size_t>(k - 1)] = true;
       place_next(step + 1, with);
       taken[static_cast<std::size_t>(k - 1)] = false;
@@ -136,13 +163,6 @@ void lay_order(search& s) {
   }
 }
 
-array2<double> reordered(const array2<double>& x, const array1<int>& place, double sign) {
-  array2<double> y(3, x.cols());
-  for (int i = 1; i <= x.cols(); ++i)
-    for (int a = 1; a <= 3; ++a) y(a, i) = sign * x(a, place(i));
-  return y;
-}
-
 array2<bool_> bonds_of(const atom_data& atoms) {
   array2<double> x = atoms.x;
   for (double& component : x.span()) component *= bohr_to_ang;
@@ -167,31 +187,23 @@ std::optional<atom_order> matching_order(const atom_data& one, const array2<bool
   std::ranges::sort(sorted1);
   std::ranges::sort(sorted2);
   if (sorted1 != sorted2) return std::nullopt;
-  const auto n = static_cast<std::size_t>(one.natom);
-  search s{bond1,
-           bond2,
-           std::move(class1),
-           std::move(class2),
-           distances(one.x),
-           distances(two.x),
-           {},
-           {},
-           std::vector<int>(n),
-           {},
-           std::vector<bool>(n)};
+  search s{.x1 = one.x,
+           .x2 = two.x,
+           .bond1 = bond1,
+           .bond2 = bond2,
+           .class1 = std::move(class1),
+           .class2 = std::move(class2),
+           .d1 = distances(one.x),
+           .d2 = distances(two.x),
+           .place = array1<int>(one.natom),
+           .taken = std::vector<bool>(static_cast<std::size_t>(one.natom))};
   lay_order(s);
   s.place_next(0, 0.0);
-  if (s.best_place.empty()) return std::nullopt;
-  atom_order found{array1<int>(one.natom)};
-  std::ranges::copy(s.best_place, found.place.begin());
-  found.distance = superposed_distance(one.x, reordered(two.x, found.place, 1.0));
-  const double mirror = superposed_distance(one.x, reordered(two.x, found.place, -1.0));
+  if (s.as_is.place.size() == 0) return std::nullopt;
   // A flat molecule is its own mirror image.
-  if (mirror < clearly_nearer * found.distance) {
-    found.distance = mirror;
-    found.mirrored = true;
-  }
-  return found;
+  const bool mirrored =
+      bohr_to_ang * s.as_is.distance > far_apart && s.mirrored.distance < clearly_nearer * s.as_is.distance;
+  return mirrored ? s.mirrored : s.as_is;
 }
 
 bool warn_of_atom_order(const array1<states>& state, const messages& say) {

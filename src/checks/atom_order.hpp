@@ -17,8 +17,9 @@ struct atom_order {
 };
 
 // The order that maps the elements and bonds of the first state onto those of the second with the least
-// difference of all distances between atoms; none when the bonds are not those of one molecule, or the search
-// takes too long. The bonds (natom,natom) are those of each geometry.
+// difference of all distances between atoms, and of such orders that nearest after the best rotation; none
+// when the bonds are not those of one molecule, or the search takes too long. The bonds (natom,natom) are
+// those of each geometry.
 std::optional<atom_order> matching_order(const atom_data& one, const array2<bool_>& bond1,
                                          const atom_data& two, const array2<bool_>& bond2);
 

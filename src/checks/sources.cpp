@@ -15,6 +15,7 @@
 #include "molecule/formula.hpp"    // for formula
 #include "molecule/geometry.hpp"   // for largest_difference
 #include "text/stop.hpp"           // for fail
+#include "text/words.hpp"          // for lowercase
 
 namespace vbn {
 
@@ -23,7 +24,7 @@ namespace {
 constexpr double compared_from = 100.0;    // cm-1; lower frequencies depend on how rotations are removed
 constexpr double frequency_limit = 1.0;    // cm-1
 constexpr double frequency_ratio = 0.005;  // of the frequency
-constexpr double gradient_limit = 1.0e-3;  // hartree/bohr
+constexpr double gradient_limit = 5.0e-4;  // hartree/bohr; most programs converge to 4.5e-4 or 3e-4
 constexpr double mass_ratio = 3.0e-5;      // isotopes and natural averages of H differ by 1.1e-4
 constexpr double shortest = 0.6, longest = 3.0;  // distance of the nearest two atoms, angstrom
 constexpr double highest = 6000.0;               // cm-1; the highest vibration is that of H2, 4401
@@ -105,9 +106,30 @@ int other_mass(const atom_data& one, const atom_data& two) {
   return 0;
 }
 
+// One spelling: "6-31g*" and "6-31G(d)", "b3-lyp" and "B3LYP".
+std::string one_spelling(const std::string& name) {
+  std::string same = lowercase(name);
+  const auto replace = [&](std::string_view what, std::string_view by) {
+    for (std::size_t at = 0; (at = same.find(what)) != std::string::npos;) same.replace(at, what.size(), by);
+  };
+  replace("**", "(d,p)");
+  replace("*", "(d)");
+  replace("-", "");
+  return same;
+}
+
+// Whether all programs give a method or basis set this name; others have names of their own for most.
+bool of_one_meaning(const std::string& name) {
+  for (const std::string_view first : {"631", "321g", "sto"})
+    if (name.starts_with(first)) return true;
+  return name == "hf" || name == "b3lyp" || name == "bp86";
+}
+
 void warn_of_difference(const std::string& what, const std::string& first, const std::string& second,
-                        const messages& say) {
-  if (first.empty() || second.empty() || first == second) return;
+                        bool one_program, const messages& say) {
+  if (first.empty() || second.empty()) return;
+  const std::string one = one_spelling(first), two = one_spelling(second);
+  if (one == two || !(one_program || (of_one_meaning(one) && of_one_meaning(two)))) return;
   say.warn("the states were computed with different " + what + ", " + first + " and " + second +
            ": displacements and frequencies contain this difference");
 }
@@ -148,11 +170,13 @@ void warn_of_sources(const array1<states>& state, const messages& say) {
              with_digits(state(2).atoms.mass(i), 5) + " in " + two.ffreq.str() +
              ": isotopes in one, natural averages in the other? mass_type sets both");
   }
-  warn_of_difference("methods", one.printed.method, two.printed.method, say);
-  warn_of_difference("basis sets", one.printed.basis_set, two.printed.basis_set, say);
+  const bool one_program = one.ffreq_type == two.ffreq_type;
+  warn_of_difference("methods", one.printed.method, two.printed.method, one_program, say);
+  warn_of_difference("basis sets", one.printed.basis_set, two.printed.basis_set, one_program, say);
   if (identical(state)) {
-    say.warn(one.ffreq.str() + " and " + two.ffreq.str() +
-             " hold the same state: all displacements are 0 and the Duschinsky matrix is the unit matrix");
+    say.warn((one.ffreq == two.ffreq ? one.ffreq.str() + " is named for both states"
+                                     : one.ffreq.str() + " and " + two.ffreq.str() + " hold the same state") +
+             ": all displacements are 0 and the Duschinsky matrix is the unit matrix");
   }
 }
 

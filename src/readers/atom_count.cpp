@@ -93,7 +93,7 @@ text<200> checkpoint_of(const qm_file& log, std::string_view ffreq) {
 std::string unknown_file(const qm_file& file) {
   const std::string is = what_is(file.file.content());
   return ": " + (is.empty() ? std::string("no known program writes such a file") : "it is " + is) +
-         ". Files that are read: " + names_of_kinds() + "; docs/programs.md says what to ask of each program";
+         ". Files that are read: " + names_of_kinds();
 }
 
 // Gives a warning with the name of the file before the stop for a count below 1.

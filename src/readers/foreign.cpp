@@ -28,8 +28,8 @@ constexpr sign first_bytes[] = {
 
 // Anywhere; of several the first in this list.
 constexpr sign headings[] = {
-    {"x T B", "an output of xtb; give the file hessian, with xtbopt.xyz beside it"},
-    {"OpenMolcas", "an output of OpenMolcas; give the .UnSym file"},
+    {"x T B", "an output of xtb, which is not read"},
+    {"OpenMolcas", "an output of OpenMolcas, which is not read"},
     {"MOPAC", "an output of MOPAC; give the .aux file of a FORCE job with AUX"},
     {"Jaguar version", "an output of Jaguar; give the restart file .01.in"},
     {"T E R A C H E M", "an output of TeraChem, whose Hessian has too few digits"},

@@ -20,6 +20,7 @@ struct file_dipole;
 struct kind_readers {
   file_kind kind = file_kind::unknown;
   std::string_view name = {};                              // as printed
+  std::string_view job = {};                               // what to ask of the program
   file_state (*state)(input_file&) = nullptr;              // the whole state
   std::optional<int> (*natom)(input_file&) = nullptr;      // number of atoms
   void (*nat)(input_file&, array1<int>&) = nullptr;        // atomic numbers of as many atoms as the array has
@@ -34,7 +35,7 @@ struct kind_readers {
 // The row of a kind in the table of all kinds.
 const kind_readers& readers_of(file_kind kind);
 
-// The names of the kinds that hold force constants, separated by commas.
+// The names of the kinds that hold force constants, each with the job to run, separated by commas.
 std::string names_of_kinds();
 
 // ChemShell (chemshell.cpp)

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -68,6 +69,7 @@ TEST(sources, what_does_not_fit_is_named_with_both_values_and_the_rest_is_silent
        "the unit of the force constants may not be"},
       {[](states& s) { s.atoms.mass(1) *= 1.001; }, "atom 1 (C) weighs 12.00000 in one and 12.01200 in two"},
       {[](states& s) { s.file.printed.method = "HF"; }, "different methods, B3LYP and HF"},
+      {[](states& s) { s.file.printed.method = "B3-LYP"; }, ""},
       {[](states& s) { s = read(chiral_molecule); }, "one and two hold the same state"},
   };
   for (const auto& [spoil, said] : cases) {
@@ -101,6 +103,17 @@ TEST(atom_order, is_found_for_shuffled_rotated_and_mirrored_states) {
   const std::string mirrored = warnings_of(read(chiral_molecule), read(shuffled), warn_of_atom_order);
   EXPECT_NE(mirrored.find(order + " (its mirror image); so the geometries are 0."), std::string::npos)
       << mirrored;
+  // Every order of three equal atoms is a rotation of ammonia or its mirror image; none needs the mirror.
+  std::vector<std::size_t> h = {1, 2, 3};
+  const molecule pyramid = {
+      {7, {0.0, 0.0, 0.6}}, {1, {1.8, 0.0, 0.0}}, {1, {-0.9, 1.5588, 0.0}}, {1, {-0.9, -1.5588, 0.0}}};
+  do {
+    const molecule other = {pyramid[0], pyramid[h[0]], pyramid[h[1]], pyramid[h[2]]};
+    const bool rotation = (h[1] + 3 - h[0]) % 3 == 1;
+    const std::string said = warnings_of(read(pyramid), read(other), warn_of_atom_order);
+    EXPECT_EQ(said.find("so the geometries are 0.000") == std::string::npos, rotation) << said;
+    EXPECT_EQ(said.find("mirror"), std::string::npos) << said;
+  } while (std::ranges::next_permutation(h).found);
   // The same element twice: no label tells the hydrogens apart, only the distances.
   molecule turned = disulfane(2.0), swapped = {turned[3], turned[2], turned[1], turned[0]};
   EXPECT_EQ(warnings_of(read(turned), read(turned), warn_of_atom_order), "");
@@ -127,24 +140,35 @@ TEST(printed, results_are_found_in_the_text_of_each_program) {
           " SCF Done:  E(UB3LYP) =  -118.9 A.U.\n Harmonic frequencies (cm**-1), IR\n Frequencies --    "
           "100.5\n"
           " Harmonic frequencies (cm**-1), IR\n Frequencies --   -223.8919               270.8877\n"
-          " Frequencies --    735.8323\n Maximum Force            0.000098     0.000450     YES\n"),
+          " Frequencies --    735.8323\n Maximum Force            0.000098     0.000450     YES\n"
+          " SCF Done:  E(RHF) =  -118.1 A.U.\n Maximum Force            0.040000     0.000450     NO\n"),
       "B3LYP 6-31G(d) -1 2 -223.89 270.887 735.832 0.000098");
   EXPECT_EQ(
       results(
           nwchem_printed,
           "          Charge           :     1\n          Spin multiplicity:     2\n"
+          " Summary of \"ao basis\" -> \"\" (spherical)\n ----\n Tag  Description\n ---- --- "
+          "---------------------\n"
+          " *                           6-31G*                   on all atoms \n\n"
           "                         B3LYP Method XC Potential\n@ Step       Energy      Delta E   Gmax\n"
           "@    5    -114.10472523  4.6D-10  0.00001  0.00000  0.00000  0.00001      7.7\n"
           "             (Projected Frequencies expressed in cm-1)\n P.Frequency       -0.00      868.13\n"),
-      "B3LYP  1 2 -0.0000 868.130 0.000010");
+      "B3LYP 6-31G* 1 2 -0.0000 868.130 0.000010");
   EXPECT_EQ(
-      results(molpro_printed,
-              " SETTING BASIS          =    6-311G(D,P)\n Normal Modes\n Wavenumbers [cm-1]  697.94  706.55\n"
-              " Normal Modes of low/zero frequencies\n Wavenumbers [cm-1]  0.01\n"),
-      " 6-311G(D,P) - - 697.940 706.550");
-  EXPECT_EQ(results(turbomole_printed,
-                    "  molecular charge           :    0.000\n     frequency   i53.33    88.32\n"),
-            "  0 - -53.330 88.3200");
+      results(
+          molpro_printed,
+          " SETTING BASIS          =    6-311G(D,P)\n ITER.   ENERGY(OLD)    ENERGY(NEW)  DE  GRADMAX\n"
+          "   1  -115.07  -115.08  -0.0015  0.0321  0.04\n   2  -115.08  -115.08  -0.0001  0.0003  0.01\n\n"
+          " PROGRAM * FREQUENCIES (Calculation of harmonic vibrational spectra for HF-SCF)\n Normal Modes\n "
+          "Wavenumbers [cm-1]  697.94  706.55\n"
+          " Normal Modes of low/zero frequencies\n Wavenumbers [cm-1]  0.01\n"),
+      "HF 6-311G(D,P) - - 697.940 706.550 0.000300");
+  EXPECT_EQ(
+      results(turbomole_printed,
+              "   type   atoms  prim   cont   basis\n   -----\n    c       10     15      5   sto-3g hondo\n"
+              "           ------\n           density functional\n           ------\n B-P86 functional\n"
+              "  molecular charge           :    0.000\n     frequency   i53.33    88.32\n"),
+      "B-P86 sto-3g 0 - -53.330 88.3200");
 }
 
 }  // namespace
