@@ -42,15 +42,22 @@ void to_values(input_file& file, const std::string& key, std::int64_t count, std
   }
 }
 
-// The word of each value, over as many lines as they take; lines with # are comments.
+// The word of each value, over as many lines as they take; lines with # are comments. The next line must not
+// begin with another number.
 template <class Take>
 void each_value(input_file& file, std::size_t count, const std::string& expected, Take take) {
   for (std::size_t read = 0; read < count;) {
     const std::string_view line = next_row(file, expected);
     if (word_of(line, 1).starts_with('#')) continue;
-    for (int k = 1; read < count && !word_of(line, k).empty(); ++k, ++read) {
+    for (int k = 1; !word_of(line, k).empty(); ++k, ++read) {
+      if (read == count) fail(file.here("there are too many values", expected));
       if (!take(read, word_of(line, k))) fail(file.here("cannot read a value", expected));
     }
+  }
+  std::string_view line;
+  double r = 0.0;
+  if (file.read_line(line) && to_real(word_of(line, 1), r)) {
+    fail(file.here("there are too many values", expected));
   }
 }
 

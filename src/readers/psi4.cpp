@@ -6,6 +6,7 @@
 #include "readers/rows.hpp"         // for skip_rows, all_numbers, row_integer, next_row
 #include "readers/state_parts.hpp"  // for the parts of a state
 #include "text/stop.hpp"            // for fail, fail_in
+#include "text/words.hpp"           // for word_of
 
 namespace vbn {
 
@@ -82,6 +83,10 @@ file_state psi4_hess_state(input_file& file) {
                    std::to_string(state.natom())));
   }
   all_numbers(file, state.fc.span(), "the rows of the matrix, three numbers a line");
+  std::string_view line;
+  if (file.read_line(line) && !word_of(line, 1).empty()) {
+    fail(file.here("the matrix has too many rows", std::to_string(state.fc.span().size()) + " numbers"));
+  }
   take_mean_of_triangles(file, state.fc);
   return state;
 }

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "readers/programs.hpp"     // for the routines
-#include "readers/rows.hpp"         // for next_row, row_numbers, skip_rows, fail_missing
+#include "readers/rows.hpp"         // for next_row, row_numbers, row_integer, skip_rows, fail_missing
 #include "readers/scan.hpp"         // for search_word_free
 #include "readers/state_parts.hpp"  // for the parts of a state
 #include "text/number.hpp"          // for to_real
@@ -49,16 +49,24 @@ void read_weighted(input_file& file, array2<double>& a) {
       row_numbers(file, line, 0, {row, static_cast<std::size_t>(width)}, expected);
       for (int k = 0; k < width; ++k) a(i, ib + k) = row[k];
     }
+    std::string_view line;
+    if (file.read_line(line) && !word_of(line, 1).empty()) {
+      fail(file.here("the block has too many rows",
+                     "a blank line after " + std::to_string(a.rows()) + " rows"));
+    }
   }
 }
 
 // The masses after the matrix, before the next job; those of the isotopes stay where there are none.
-void read_masses(input_file& file, std::size_t end, array1<double>& mass) {
+void read_masses(input_file& file, std::size_t end, file_state& state) {
+  constexpr std::string_view expected =
+      "the atoms in their order: Atom, number, Element, symbol, Has Mass, amu";
   std::string_view line;
-  for (double& m : mass) {
+  for (int i = 1; i <= state.natom(); ++i) {
     if (!search_word_free(file, " Has Mass ", line) || file.position() > end) return;
-    if (!to_real(word_of(line, mass_word), m)) {
-      fail(file.here("cannot read the mass", "Atom, number, Element, symbol, Has Mass, mass in amu"));
+    if (row_integer(file, line, 2, expected) != i || element_of_label(word_of(line, 4)) != state.nat(i) ||
+        !to_real(word_of(line, mass_word), state.mass(i))) {
+      fail(file.here("this is not the mass of atom " + std::to_string(i), std::string(expected)));
     }
   }
 }
@@ -93,7 +101,7 @@ file_state qchem_state(input_file& file) {
   const std::size_t after_matrix = file.position();
   append_rows(file, "Frequency:", next_job, state.printed.frequencies);
   file.seek_line_after(after_matrix - 1);
-  read_masses(file, next_job, state.mass);
+  read_masses(file, next_job, state);
   if (divided) remove_masses(state.mass, 1.0, state.fc);  // hartree/(bohr^2 amu)
   take_mean_of_triangles(file, state.fc);
   return state;

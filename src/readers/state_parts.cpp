@@ -19,6 +19,7 @@ namespace vbn {
 namespace {
 
 constexpr double asymmetry_limit = 1.0e-2;  // hartree/bohr^2; more is no noise of a calculation
+constexpr double damage_limit = 0.1;        // the same; more is no matrix of force constants
 constexpr double frame_limit = 0.05;        // largest relative change of the forces by a rotation
 constexpr int dummy = -1;                   // instead of the atomic number of an atom of charge 0
 constexpr int triangle_width = 6;           // columns of a block of a labelled triangle
@@ -135,10 +136,14 @@ void take_mean_of_triangles(const input_file& file, array2<double>& fc) {
       fc(i, j) = fc(j, i) = 0.5 * (fc(i, j) + fc(j, i));
     }
   }
+  const std::string shown = shortest(std::round(1.0e4 * largest) / 1.0e4) + " hartree/bohr^2";
+  if (largest > damage_limit) {
+    fail_in(file.name(), "the two triangles of the matrix of force constants differ by up to " + shown,
+            "a symmetric matrix; rows or columns in the file may be damaged");
+  }
   if (largest > asymmetry_limit) {
-    file.warn("the two triangles of the force constants of " + file.name() + " differ by up to " +
-              shortest(std::round(1.0e4 * largest) / 1.0e4) +
-              " hartree/bohr^2; their means are used, but the steps or the convergence of the numerical "
+    file.warn("the two triangles of the force constants of " + file.name() + " differ by up to " + shown +
+              "; their means are used, but the steps or the convergence of the numerical "
               "derivatives were not good enough");
   }
 }

@@ -44,7 +44,7 @@ void read_square_blocks(input_file& file, int first, int words, array2<double>& 
 void read_labelled_triangle(input_file& file, array2<double>& a);
 
 // Makes a matrix of force constants (hartree/bohr^2) symmetric with the means of both triangles. A difference
-// between the triangles above 0.01 gives a warning.
+// between the triangles above 0.01 gives a warning, one above 0.1 ends the run.
 void take_mean_of_triangles(const input_file& file, array2<double>& fc);
 
 // Force constants from a matrix that is divided by the roots of the masses of its rows and columns; `factor`
