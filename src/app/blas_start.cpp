@@ -24,12 +24,11 @@ long size_of_set = 0;  // bytes of `all_cores` that the kernel gave; 0 when the 
 __attribute__((no_sanitize("address", "undefined"))) void keep_one_core(int, char**, char**) {
   size_of_set = ::syscall(SYS_sched_getaffinity, 0, sizeof all_cores, &all_cores);
   if (size_of_set <= 0) return;
-  auto* const bytes = reinterpret_cast<unsigned char*>(&all_cores);
-  static unsigned char one_core[sizeof all_cores];
-  long first = 0;
-  while (first < size_of_set && bytes[first] == 0) ++first;
-  if (first == size_of_set) return;
-  one_core[first] = static_cast<unsigned char>(bytes[first] & -bytes[first]);
+  unsigned core = 0;  // the one it runs on, so that it need not move
+  if (::syscall(SYS_getcpu, &core, nullptr, nullptr) != 0 || core >= 8 * sizeof all_cores) return;
+  static unsigned long one_core[sizeof all_cores / sizeof(unsigned long)];
+  constexpr unsigned bits = 8 * sizeof(unsigned long);
+  one_core[core / bits] = 1UL << core % bits;
   ::syscall(SYS_sched_setaffinity, 0, size_of_set, one_core);
 }
 

@@ -27,19 +27,16 @@ input_data every_key() {
   return input;
 }
 
-// Whether both names lead to one file, or will when it is made.
-bool same_file(const std::string& a, const std::string& b) {
+// Whether the name leads to this file of the working directory, or will when the file is made.
+bool leads_to(const fs::path& name, const std::string& result) {
   std::error_code none;  // of a file that is not there
-  if (fs::equivalent(a, b, none)) return true;
-  const auto whole = [&](const std::string& name) {
-    return fs::weakly_canonical(fs::absolute(name, none), none);
-  };
-  return !whole(a).empty() && whole(a) == whole(b);
+  if (fs::equivalent(name, result, none)) return true;
+  return name.filename() == result && fs::equivalent("." / name.parent_path(), ".", none);
 }
 
 void require_kept(const std::string& name, const std::vector<std::string>& written) {
   for (const std::string& result : written) {
-    if (!name.empty() && same_file(name, result)) {
+    if (!name.empty() && leads_to(name, result)) {
       fail_in(name, "the run would overwrite a file that it reads: it writes " + result,
               "another name or folder for this file");
     }
@@ -84,7 +81,8 @@ earlier_results::earlier_results() : names_(result_files(every_key())) {
 }
 
 std::string earlier_results::line_after_stop(const std::string& log) const {
-  std::vector<std::string> written, earlier;
+  std::vector<std::string> written;
+  std::vector<std::string> earlier;
   for (const std::string& name : names_) {
     if (name == log) continue;  // it is no result, and of this run even if the last one ended at this moment
     std::error_code none;
