@@ -16,6 +16,8 @@ namespace vbn {
 
 namespace {
 
+// Set before any library is loaded, read in `main`; there is no other place between the two.
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
 cpu_set_t all_cores;
 long size_of_set = 0;  // bytes of `all_cores` that the kernel gave; 0 when the cores are unknown
 
@@ -34,6 +36,7 @@ __attribute__((no_sanitize("address", "undefined"))) void keep_one_core(int, cha
 
 __attribute__((section(".preinit_array"), used)) void (*const before_libraries)(int, char**,
                                                                                 char**) = keep_one_core;
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 }  // namespace
 

@@ -66,7 +66,8 @@ void require_inputs_kept(const input_data& input) {
   require_kept(input.finp.str(), written);
   for (const text<200>& name : input.ffreq) {
     require_kept(name.str(), written);
-    require_kept(std::string(name_main(name.trimmed())) + ".fchk", written);
+    require_kept(name_main(name.trimmed()) + ".fchk", written);
+    require_kept(fs::path(name.str()).replace_extension(".fchk").string(), written);
   }
   require_kept(input.fnacme.str(), written);
   require_kept(input.ftdipd.str(), written);
