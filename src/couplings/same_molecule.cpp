@@ -38,7 +38,7 @@ void require_same_count(const states& state, const qm_file& file, int count, int
   if (count < 1) {
     file.file.warn("no atoms found in " + file.file.name() +
                    (file.kind == file_kind::unknown
-                        ? ": no known program writes such a file"
+                        ? ": it is not recognised as the file of any program"
                         : ", which is read as a " + name_of(file.kind) + " file"));
   }
   stop_printed(lines_of(other_count, {state.file.ffreq.trimmed(), file.file.name()}) +

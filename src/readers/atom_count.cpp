@@ -92,7 +92,8 @@ text<200> checkpoint_of(const qm_file& log, std::string_view ffreq) {
 // What a file of unknown kind is, and which ones are read.
 std::string unknown_file(const qm_file& file) {
   const std::string is = what_is(file.file.content());
-  return ": " + (is.empty() ? std::string("no known program writes such a file") : "it is " + is) +
+  return ": " +
+         (is.empty() ? std::string("it is not recognised as the file of any program") : "it is " + is) +
          ". Files that are read: " + names_of_kinds();
 }
 

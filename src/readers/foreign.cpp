@@ -24,6 +24,15 @@ constexpr sign first_bytes[] = {
     {"\xff\xfe", "text in UTF-16; save it as plain text (UTF-8)"},
     {"\xfe\xff", "text in UTF-16; save it as plain text (UTF-8)"},
     {"\x89HDF", "an HDF5 file; give the text file of the program"},
+    {"$hessian", "a file of Turbomole or xtb, which is not read; of Turbomole give what aoforce prints"},
+    {"$coord", "a file of Turbomole or xtb, which is not read; of Turbomole give what aoforce prints"},
+    {"$vibrational", "a file of Turbomole or xtb, which is not read; of Turbomole give what aoforce prints"},
+    {"$operating", "a control file of Turbomole, which is not read; give what aoforce prints"},
+    {"$title", "a control file of Turbomole, which is not read; give what aoforce prints"},
+    {"*PERTURBATIONS", "a file of OpenMolcas, which is not read"},
+    {"[Molden Format]", "a Molden file, which holds no force constants"},
+    {" [Molden Format]", "a Molden file, which holds no force constants"},
+    {"{", "a JSON file, which is not read"},
 };
 
 // Anywhere; of several the first in this list.
@@ -31,6 +40,7 @@ constexpr sign headings[] = {
     {"x T B", "an output of xtb, which is not read"},
     {"OpenMolcas", "an output of OpenMolcas, which is not read"},
     {"MOPAC", "an output of MOPAC; give the .aux file of a FORCE job with AUX"},
+    {"**** ORCA ", "a file of ORCA; give the .hess file of the job"},
     {"Jaguar version", "an output of Jaguar; give the restart file .01.in"},
     {"T E R A C H E M", "an output of TeraChem, whose Hessian has too few digits"},
     {"TeraChem v", "an output of TeraChem, whose Hessian has too few digits"},
@@ -47,13 +57,17 @@ constexpr sign headings[] = {
 constexpr sign input_lines[] = {
     {"%chk", "an input of Gaussian; give the output of the job"},
     {"#p ", "an input of Gaussian; give the output of the job"},
-    {"# ", "an input of Gaussian; give the output of the job"},
+    {"%mem", "an input of Gaussian; give the output of the job"},
+    {"%nproc", "an input of Gaussian; give the output of the job"},
     {"$molecule", "an input of Q-Chem; give the output of the job"},
     {"$rem", "an input of Q-Chem; give the output of the job"},
     {"* xyz", "an input of ORCA; give the .hess file of the job"},
     {"*xyz", "an input of ORCA; give the .hess file of the job"},
     {"geometry", "an input of NWChem or Molpro; give the output of the job"},
     {"geometry={", "an input of Molpro; give the output of the job"},
+    {"&gateway", "an input of OpenMolcas, which is not read"},
+    {"pm7 ", "an input of MOPAC; give the .aux file of a FORCE job with AUX"},
+    {"pm6 ", "an input of MOPAC; give the .aux file of a FORCE job with AUX"},
     {"&vbn", "an input of vbn"},
 };
 
