@@ -22,6 +22,9 @@ int symbol_to_nat(std::string_view symbol);
 // whose masses are not in the table, and for a number outside 1 to 118: check it before dividing by it.
 double nat_to_mass(int nat);
 
+// Natural average in amu, of an element without one the mass above.
+double average_mass(int nat);
+
 // Bond radius in angstrom, 0.0 for Na, Mg, K and Ca; none for a number outside 1 to 105.
 std::optional<double> nat_to_radius(int nat);
 

@@ -30,6 +30,8 @@ enum class file_kind {
   orca_output,
   qchem,
   psi4_output,
+  openmolcas_unsym,
+  hessian_block,  // "$hessian" of xtb and Turbomole
   psi4_hess,
   gamess_output,
   gamess_punch,
