@@ -31,7 +31,8 @@ using classes = std::vector<int>;
 std::pair<classes, classes> refined(const atom_data& one, const array2<bool_>& bond1, const atom_data& two,
                                     const array2<bool_>& bond2) {
   const int n = one.natom;
-  classes a(one.nat.begin(), one.nat.end()), b(two.nat.begin(), two.nat.end());
+  classes a(one.nat.begin(), one.nat.end());
+  classes b(two.nat.begin(), two.nat.end());
   std::size_t found = 0;
   for (;;) {
     std::map<std::pair<int, classes>, int> names;
@@ -163,12 +164,6 @@ void lay_order(search& s) {
   }
 }
 
-array2<bool_> bonds_of(const atom_data& atoms) {
-  array2<double> x = atoms.x;
-  for (double& component : x.span()) component *= bohr_to_ang;
-  return get_bond(x, atoms.nat, {});
-}
-
 std::string list_of(const array1<int>& place) {
   std::string text;
   for (int i = 1; i <= std::min(place.size(), listed_atoms); ++i) {
@@ -180,10 +175,17 @@ std::string list_of(const array1<int>& place) {
 
 }  // namespace
 
+array2<bool_> bonds_of(const atom_data& atoms) {
+  array2<double> x = atoms.x;
+  for (double& component : x.span()) component *= bohr_to_ang;
+  return get_bond(x, atoms.nat, {});
+}
+
 std::optional<atom_order> matching_order(const atom_data& one, const array2<bool_>& bond1,
                                          const atom_data& two, const array2<bool_>& bond2) {
   auto [class1, class2] = refined(one, bond1, two, bond2);
-  classes sorted1 = class1, sorted2 = class2;
+  classes sorted1 = class1;
+  classes sorted2 = class2;
   std::ranges::sort(sorted1);
   std::ranges::sort(sorted2);
   if (sorted1 != sorted2) return std::nullopt;

@@ -9,6 +9,9 @@
 
 namespace vbn {
 
+// The bonds (natom,natom) of a geometry by the distances alone.
+array2<bool_> bonds_of(const atom_data& atoms);
+
 // An order of the atoms of the second state, and how near it brings the two geometries.
 struct atom_order {
   array1<int> place;      // (natom) atom i of the first state is atom place(i) of the second

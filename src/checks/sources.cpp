@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "checks/atom_order.hpp"   // for bonds_of
 #include "checks/wording.hpp"      // for with_digits, of_state
 #include "frame/hessian.hpp"       // for frequencies_of
 #include "frame/projection.hpp"    // for project_mhessian_rot
@@ -27,6 +28,7 @@ constexpr double frequency_ratio = 0.005;  // of the frequency
 constexpr double gradient_limit = 5.0e-4;  // hartree/bohr; most programs converge to 4.5e-4 or 3e-4
 constexpr double mass_ratio = 3.0e-5;      // isotopes and natural averages of H differ by 1.1e-4
 constexpr double shortest = 0.6, longest = 3.0;  // distance of the nearest two atoms, angstrom
+constexpr double shortest_in_bohr = 1.805;       // O-H in bohr
 constexpr double highest = 6000.0;               // cm-1; the highest vibration is that of H2, 4401
 constexpr double same_geometry_limit = 1.0e-6;   // bohr
 constexpr double same_frequency_limit = 1.0e-3;  // cm-1
@@ -87,7 +89,11 @@ void warn_of_units(const states& state, int k, const messages& say) {
     for (int j = i + 1; j <= x.cols(); ++j)
       least = std::min(least, std::hypot(x(1, i) - x(1, j), x(2, i) - x(2, j), x(3, i) - x(3, j)));
   least *= bohr_to_ang;
-  if (state.atoms.natom > 1 && (least < shortest || least > longest)) {
+  // A geometry in bohr that is read in angstrom has no bonds at all.
+  const bool parted = least > longest ||
+                      (least > shortest_in_bohr &&
+                       std::ranges::none_of(bonds_of(state.atoms).span(), [](bool_ b) { return bool(b); }));
+  if (state.atoms.natom > 1 && (least < shortest || parted)) {
     say.warn(of_state(state, k) + ": the nearest two atoms are " + with_digits(least, 3) +
              " angstrom apart; the unit of length may not be that of the file");
   }
@@ -128,7 +134,8 @@ bool of_one_meaning(const std::string& name) {
 void warn_of_difference(const std::string& what, const std::string& first, const std::string& second,
                         bool one_program, const messages& say) {
   if (first.empty() || second.empty()) return;
-  const std::string one = one_spelling(first), two = one_spelling(second);
+  const std::string one = one_spelling(first);
+  const std::string two = one_spelling(second);
   if (one == two || !(one_program || (of_one_meaning(one) && of_one_meaning(two)))) return;
   say.warn("the states were computed with different " + what + ", " + first + " and " + second +
            ": displacements and frequencies contain this difference");
@@ -146,7 +153,8 @@ bool identical(const array1<states>& state) {
 }  // namespace
 
 void require_one_molecule(const array1<states>& state) {
-  const std::string one = formula(state(1).atoms.symbol), two = formula(state(2).atoms.symbol);
+  const std::string one = formula(state(1).atoms.symbol);
+  const std::string two = formula(state(2).atoms.symbol);
   if (one == two) return;
   const std::string& first = state(1).file.ffreq.str();
   const std::string& second = state(2).file.ffreq.str();

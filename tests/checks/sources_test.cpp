@@ -64,6 +64,10 @@ TEST(sources, what_does_not_fit_is_named_with_both_values_and_the_rest_is_silent
        },
        "the unit of length may not be"},
       {[](states& s) {
+         for (double& c : s.atoms.x.span()) c *= 1.89;
+       },
+       "the unit of length may not be"},
+      {[](states& s) {
          for (double& f : s.modes.freq0) f *= 4.0;
        },
        "the unit of the force constants may not be"},
