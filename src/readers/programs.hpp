@@ -119,10 +119,6 @@ file_state orca_output_state(input_file& file);  // from the Hessian file beside
 file_state qchem_state(input_file& file);        // Q-Chem (qchem.cpp)
 file_state psi4_output_state(input_file& file);  // Psi4 (psi4.cpp)
 file_state psi4_hess_state(input_file& file);    // the Hessian file, with the output beside it
-file_state orca_hess_state(input_file& file);    // the Hessian file (orca.cpp)
-file_state orca_output_state(input_file& file);  // from the Hessian file beside the output
-file_state qchem_state(input_file& file);        // Q-Chem (qchem.cpp)
-file_state psi4_output_state(input_file& file);  // Psi4 (psi4.cpp)
 file_state unsym_state(input_file& file);        // OpenMolcas (openmolcas.cpp)
 file_state hessian_block_state(
     input_file& file);  // xtb and Turbomole, with the geometry beside it (hessian_block.cpp)
