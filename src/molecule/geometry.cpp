@@ -56,7 +56,8 @@ double root_mean_square_of_atoms(const array2<double>& x1, const array2<double>&
 double superposed_distance(const array2<double>& x1, const array2<double>& x2) {
   const int n = x1.cols();
   const array1<double> alike(n, 1.0);
-  array2<double> a = x1, b = x2;
+  array2<double> a = x1;
+  array2<double> b = x2;
   com(alike, a);
   com(alike, b);
   array2<double> s(3, 3);
@@ -70,7 +71,8 @@ double superposed_distance(const array2<double>& x1, const array2<double>& x2) {
   array2<double> quaternion(4, 4);
   quaternion(1, 1) = s(1, 1) + s(2, 2) + s(3, 3);
   for (int p = 1; p <= 3; ++p) {
-    const int q = p % 3 + 1, r = q % 3 + 1;
+    const int q = p % 3 + 1;
+    const int r = q % 3 + 1;
     quaternion(1, p + 1) = quaternion(p + 1, 1) = s(q, r) - s(r, q);
     quaternion(p + 1, p + 1) = s(p, p) - s(q, q) - s(r, r);
     quaternion(p + 1, q + 1) = quaternion(q + 1, p + 1) = s(p, q) + s(q, p);

@@ -82,7 +82,8 @@ text<200> checkpoint_of(const qm_file& log, std::string_view ffreq) {
 }
 
 [[noreturn]] void fail_checkpoint(const qm_file& log, std::string_view ffreq) {
-  const std::string here = checkpoint_here(ffreq), beside = checkpoint_beside(ffreq);
+  const std::string here = checkpoint_here(ffreq);
+  const std::string beside = checkpoint_beside(ffreq);
   log.file.warn("no formatted checkpoint " + here + " in the working directory" +
                 (beside == here ? "" : ", and no " + beside) +
                 "; make it with formchk from the .chk file of the job");
@@ -143,9 +144,11 @@ qm_file get_na(file_data& data, atom_data& atoms, const messages& say) {
 void part_checkpoints(file_data& one, file_data& two, const messages& say) {
   if (one.fhess == one.ffreq || one.fhess != two.fhess) return;
   std::error_code none;
-  const std::string log1 = one.ffreq.str(), log2 = two.ffreq.str();
+  const std::string log1 = one.ffreq.str();
+  const std::string log2 = two.ffreq.str();
   if (log1 == log2 || std::filesystem::equivalent(log1, log2, none)) return;
-  const std::string beside1 = checkpoint_beside(log1), beside2 = checkpoint_beside(log2);
+  const std::string beside1 = checkpoint_beside(log1);
+  const std::string beside2 = checkpoint_beside(log2);
   if (beside1 == beside2 || !can_be_read(beside1) || !can_be_read(beside2)) {
     fail_in(log2, log1 + " and " + log2 + " would share the checkpoint " + one.fhess.str(),
             "a checkpoint beside each log, or logs of different names");

@@ -121,6 +121,17 @@ bool gamess_version(input_file&, std::string_view line, text<100>& version) {
   return true;
 }
 
+// JSON is often one line that is longer than what is searched for a marker.
+bool is_json_with(const input_file& file, std::string_view name, std::string_view value) {
+  const std::string_view text = file.content();
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  return first != std::string_view::npos && text[first] == '{' && text.find(name) != std::string_view::npos &&
+         text.find(value) != std::string_view::npos;
+}
+
+bool is_qcschema(input_file& file) { return is_json_with(file, "\"schema_name\"", "\"return_result\""); }
+bool is_ase_vibrations(input_file& file) { return is_json_with(file, "\"__ase_objtype__\"", "\"hessian\""); }
+
 // A line with the number of atoms and three times this number (six in old versions), then three reals a line.
 bool is_psi4_hess(input_file& file) {
   std::string_view line;
@@ -179,6 +190,8 @@ constexpr kind_marker markers[] = {
     {file_kind::dalton, 0, "Dalton - An Electronic Structure Program", dalton_version, true},
     {file_kind::jaguar, 1, "&hess", no_version, true},
     {file_kind::psi4_hess, 0, "", no_version, true, is_psi4_hess},
+    {file_kind::qcschema, 0, "", no_version, true, is_qcschema},
+    {file_kind::ase_vibrations, 0, "", no_version, true, is_ase_vibrations},
 };
 
 // The file with each tab replaced by blanks up to the next multiple of `tab_stop` columns, since the columns

@@ -33,6 +33,8 @@ enum class file_kind {
   openmolcas_unsym,
   hessian_block,  // "$hessian" of xtb and Turbomole
   psi4_hess,
+  qcschema,
+  ase_vibrations,
   gamess_output,
   gamess_punch,
   cp2k,

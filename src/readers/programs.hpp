@@ -120,6 +120,8 @@ file_state qchem_state(input_file& file);        // Q-Chem (qchem.cpp)
 file_state psi4_output_state(input_file& file);  // Psi4 (psi4.cpp)
 file_state psi4_hess_state(input_file& file);    // the Hessian file, with the output beside it
 file_state unsym_state(input_file& file);        // OpenMolcas (openmolcas.cpp)
+file_state qcschema_state(input_file& file);     // JSON (json.cpp)
+file_state ase_state(input_file& file);          // the VibrationsData of ASE
 file_state hessian_block_state(
     input_file& file);  // xtb and Turbomole, with the geometry beside it (hessian_block.cpp)
 file_state gamess_output_state(input_file& file);  // GAMESS-US and Firefly (gamess.cpp)

@@ -70,6 +70,9 @@ const printed_case cases[] = {{"GAUSSIAN LOG", "gaussian_alone/h2o2.log", 0.05},
                               {"QCHEM", "qchem/methanol_final_hessian.out", 0.05},
                               {"QCHEM", "qchem/no3.out", 0.05},
                               {"PSI4", "psi4/water_analytic.out", 0.05},
+                              {"QCSCHEMA", "json_qcschema/formaldehyde_neutral.json", 0.05},
+                              {"ASE", "json_ase/formaldehyde_neutral.json", 0.05},
+                              {"ASE", "json_ase/formaldehyde_cation.json", 0.05},
                               {"PSI4 HESS", "psi4/formaldehyde_neutral.hess", 0.05},
                               {"PSI4 HESS", "psi4/formaldehyde_cation.hess", 0.05},
                               {"GAMESS", "gamess/ammonia_ts.out", 0.1},
@@ -122,10 +125,12 @@ TEST(more_programs, vibrations_have_the_frequencies_that_the_programs_printed) {
 // optimisations, so each pair gives the same displacements, whichever programs computed the two states.
 TEST(more_programs, a_pair_of_states_agrees_among_programs_and_between_them) {
   VBN_NEEDS_REAL_DATA();
-  const std::string programs[][2] = {{"orca/formaldehyde_neutral.hess", "orca/formaldehyde_cation.hess"},
-                                     {"qchem/formaldehyde_neutral.out", "qchem/formaldehyde_cation.out"},
-                                     {"psi4/formaldehyde_neutral.hess", "psi4/formaldehyde_cation.hess"},
-                                     {"bagel/formaldehyde_neutral.out", "bagel/formaldehyde_cation.out"}};
+  const std::string programs[][2] = {
+      {"orca/formaldehyde_neutral.hess", "orca/formaldehyde_cation.hess"},
+      {"qchem/formaldehyde_neutral.out", "qchem/formaldehyde_cation.out"},
+      {"psi4/formaldehyde_neutral.hess", "psi4/formaldehyde_cation.hess"},
+      {"json_ase/formaldehyde_neutral.json", "json_ase/formaldehyde_cation.json"},
+      {"bagel/formaldehyde_neutral.out", "bagel/formaldehyde_cation.out"}};
   for (const auto& one : programs)
     for (const auto& two : programs) {
       SCOPED_TRACE(one[0] + " " + two[1]);
