@@ -32,7 +32,7 @@ constexpr sign first_bytes[] = {
     {"*PERTURBATIONS", "a file of OpenMolcas; give the whole .UnSym file"},
     {"[Molden Format]", "a Molden file, which holds no force constants"},
     {" [Molden Format]", "a Molden file, which holds no force constants"},
-    {"{", "a JSON file, which is not read"},
+    {"{", "a JSON file, but no QCSchema result and no VibrationsData of ASE"},
 };
 
 // Anywhere; of several the first in this list.
