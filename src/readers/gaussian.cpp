@@ -232,7 +232,8 @@ namespace {
 
 // "Excited State   1", or the state that the log says it has followed: the last one before this line.
 std::string followed_state(const input_file& file) {
-  constexpr std::string_view first = "Excited State   1", heading = "\n Excited State ";
+  constexpr std::string_view first = "Excited State   1";
+  constexpr std::string_view heading = "\n Excited State ";
   const std::string_view text = file.content().substr(file.position());
   const std::size_t said = text.find("This state for optimization and/or second-order correction");
   const std::size_t at = said == std::string_view::npos ? said : text.rfind(heading, said);

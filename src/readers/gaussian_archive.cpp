@@ -42,7 +42,8 @@ struct entry {
 
 entry last_entry(std::string_view content) {
   for (std::size_t end = content.size();;) {
-    const std::size_t slash = content.rfind("\n 1\\1\\", end), bar = content.rfind("\n 1|1|", end);
+    const std::size_t slash = content.rfind("\n 1\\1\\", end);
+    const std::size_t bar = content.rfind("\n 1|1|", end);
     const bool windows = slash == std::string_view::npos || (bar != std::string_view::npos && bar > slash);
     const std::size_t at = windows ? bar : slash;
     if (at == std::string_view::npos) return {};

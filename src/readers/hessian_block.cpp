@@ -24,7 +24,7 @@ std::string partner(const input_file& file, std::initializer_list<std::string_vi
   const std::filesystem::path folder = std::filesystem::path(file.name()).parent_path();
   std::string all;
   for (const std::string_view name : names) {
-    const std::string path = (folder / name).string();
+    std::string path = (folder / name).string();
     std::error_code ignored;
     if (std::filesystem::is_regular_file(path, ignored)) return path;
     all.append(all.empty() ? "" : " or ").append(path);
@@ -35,27 +35,27 @@ std::string partner(const input_file& file, std::initializer_list<std::string_vi
 
 // A geometry in the XYZ format (symbol, x, y, z in angstrom), or the block "$coord" of Turbomole (x, y, z in
 // bohr, symbol, perhaps further words). The size of the force constants is checked with that of their file.
-file_state read_geometry(input_file& file, const input_file& matrix) {
-  const std::size_t block = file.content().find("$coord");
+file_state read_geometry(input_file& geometry, const input_file& matrix) {
+  const std::size_t block = geometry.content().find("$coord");
   const bool xyz_format = block == none;
   if (xyz_format) {
-    skip_rows(file, 2, "the number of atoms and the title");
+    skip_rows(geometry, 2, "the number of atoms and the title");
   } else {
-    file.seek_line_after(block);
+    geometry.seek_line_after(block);
   }
   std::vector<int> nat;
   std::vector<double> x;
-  for (std::string_view line; file.read_line(line) && !line.starts_with('$') && !trim(line).empty();) {
+  for (std::string_view line; geometry.read_line(line) && !line.starts_with('$') && !trim(line).empty();) {
     double xyz[3];
     const int element = element_of_label(word_of(line, xyz_format ? 1 : 4));
     if (element == 0 || !try_row_numbers(line, xyz_format ? 1 : 0, xyz)) {
-      fail(file.here("cannot read an atom",
-                     xyz_format ? "symbol, x, y and z in angstrom" : "x, y, z in bohr and the symbol"));
+      fail(geometry.here("cannot read an atom",
+                         xyz_format ? "symbol, x, y and z in angstrom" : "x, y, z in bohr and the symbol"));
     }
     nat.push_back(element);
     for (const double component : xyz) x.push_back(xyz_format ? component / bohr_to_ang : component);
   }
-  if (nat.empty()) fail_in(file.name(), "the geometry has no atoms", "a row for each atom");
+  if (nat.empty()) fail_in(geometry.name(), "the geometry has no atoms", "a row for each atom");
   file_state state = sized_state(matrix, static_cast<int>(nat.size()));
   std::ranges::copy(nat, state.nat.begin());
   std::ranges::copy(x, state.x.span().begin());
@@ -109,8 +109,8 @@ file_state hessian_block_state(input_file& file) {
   const std::vector<double> numbers = block_numbers(file, numbered);
   const std::string name =
       numbered ? partner(file, {"coord"}) : partner(file, {"xtbopt.xyz", "xtbopt.coord"});
-  input_file geometry(name, file.say());
-  file_state state = read_geometry(geometry, file);
+  input_file atoms(name, file.say());
+  file_state state = read_geometry(atoms, file);
   state.geometry_file = name;
   // Both programs weigh with natural averages.
   for (int i = 1; i <= state.natom(); ++i)

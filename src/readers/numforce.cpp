@@ -42,8 +42,8 @@ void numforce_coord(input_file& file, array2<double>& x) {
     fail_missing(file, "the coordinates", "a line with \"Coordinate\"");
   }
   const std::string unit = lowercase(line);
-  const bool bohr = unit.find("bohr") != unit.npos || unit.find("a.u.") != unit.npos ||
-                    unit.find("atomic unit") != unit.npos || word_of(unit, 2).starts_with('b');
+  const bool bohr = unit.find("bohr") != std::string::npos || unit.find("a.u.") != std::string::npos ||
+                    unit.find("atomic unit") != std::string::npos || word_of(unit, 2).starts_with('b');
   skip_rows(file, 1, "the table of atoms");
   coordinate_rows(file, 3, !bohr, x);
 }
