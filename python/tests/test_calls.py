@@ -178,3 +178,16 @@ def test_the_example_makes_its_table_and_its_figure(tmp_path):
     assert (int(first['mode of state 2']), first['Huang-Rhys factor']) == (mode + 1, f'{a.huang_rhys[1][mode]:.4f}')
     assert set(first['bonds that change most'].split(', ')) == {'C1-O3', 'C2-O4', 'C1-C2'}
     assert '</svg>' in (tmp_path / 'strongest_modes.svg').read_text()
+
+
+def test_the_lines_of_the_manual_run(tmp_path, monkeypatch):
+    pytest.importorskip('matplotlib')
+    monkeypatch.chdir(tmp_path)
+    for name, source in {'s0.out': 's0.dat', 's1.out': 't1.dat', 'nac.out': 'nac_molpro.out'}.items():
+        Path(name).write_bytes((GLYOXAL / source).read_bytes())
+    names, run = {}, 0
+    for block in re.findall(r'(?:^ {4}.*\n)+', (ROOT / 'docs/python.md').read_text(), re.M):
+        if 'vbn.' in block:
+            exec(re.sub('^ {4}', '', block, flags=re.M), names)
+            run += 1
+    assert run >= 3 and Path('s0_s1.json').stat().st_size > 1000
