@@ -6,6 +6,8 @@
 
 namespace vbn {
 
+std::string_view version() { return VBN_VERSION; }
+
 std::optional<std::string> answer_to(std::string_view argument, std::string_view name,
                                      std::string_view help) {
   std::error_code none;

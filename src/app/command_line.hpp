@@ -7,6 +7,9 @@
 
 namespace vbn {
 
+// The version of the programs.
+std::string_view version();
+
 // What --help and --version print for the program `name`, whose --help text is `help`; none for any other
 // argument. An argument that names a file is that file.
 std::optional<std::string> answer_to(std::string_view argument, std::string_view name, std::string_view help);

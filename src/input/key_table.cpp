@@ -126,7 +126,8 @@ bool read_value(const group_value& value, text<n>& stored) {
   return true;
 }
 
-// Characters to insert, drop or exchange between the two names (Levenshtein, 1966).
+}  // namespace
+
 std::size_t edits(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
@@ -141,8 +142,6 @@ std::size_t edits(std::string_view a, std::string_view b) {
   }
   return row.back();
 }
-
-}  // namespace
 
 std::span<const input_key> key_table() { return keys; }
 

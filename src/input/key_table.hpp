@@ -1,6 +1,7 @@
 // The keys of the input group as one table: name, type, extents, and where each is stored.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <variant>
@@ -36,6 +37,9 @@ const input_key* find_key(std::string_view name);
 
 // The key whose name is closest to a name that is no key; nullptr when none is close.
 const input_key* nearest_key(std::string_view name);
+
+// Characters to insert, drop or exchange between two names (Levenshtein, 1966).
+std::size_t edits(std::string_view a, std::string_view b);
 
 // What a value of the key must be, in words.
 std::string_view expected_value(const input_key& key);

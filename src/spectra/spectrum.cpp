@@ -1,0 +1,347 @@
+// Chooses grids from exact moments and puts bands, lines and rates together.
+#include "spectra/spectrum.hpp"  // for calculate_spectra
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <mutex>
+#include <numbers>
+#include <thread>
+#include <tuple>
+#include <utility>
+
+#include "checks/wording.hpp"   // for with_digits
+#include "spectra/contour.hpp"  // for line_shape_at
+#include "spectra/units.hpp"    // for au_to_cm, kelvin_to_au, light_speed
+#include "text/stop.hpp"        // for fail
+
+namespace vbn {
+
+namespace {
+
+constexpr double band_reach = 8.0;     // standard deviations that the times must hold
+constexpr double written_reach = 5.0;  // standard deviations that are written
+constexpr double points_a_width = 20.0;
+constexpr double window = 500.0;    // cm-1
+constexpr double odd_growth = 0.5;  // of the mean with temperature, over the standard deviation at 0 K
+constexpr std::size_t culprits = 3, pairs_of_culprit = 3;
+constexpr double most_memory = 4.0e9;  // bytes
+constexpr double most_energies = 2.0e7;
+
+std::string whole(double number) { return std::to_string(std::llround(number)); }
+
+double seconds_since(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Warns where the harmonic surfaces widen the band with temperature more than motion can.
+void judge_growth(const direction& d, thermal_band& at, const messages& say) {
+  const line_moments cold = moments_of(d.t, 0.0);
+  if (std::abs(at.exact.mean - cold.mean) <= odd_growth * cold.sd) return;
+  const double kt = at.temperature * kelvin_to_au;
+  at.growth = growth_of_mean(d.t, kt, culprits, pairs_of_culprit);
+  std::string modes;
+  for (const pair_share& share : at.growth) {
+    if (share.final != 0) continue;
+    modes += (modes.empty() ? "" : ", ") + with_digits(d.t.w_i(share.initial) * au_to_cm, 1) + " cm-1 (" +
+             whole(share.energy * au_to_cm) + " cm-1 of it)";
+  }
+  say.warn("the mean of the " + std::string(d.absorption ? "absorption" : "decay") + " at " +
+           with_digits(at.temperature, 2) + " K is " + whole(at.exact.mean * au_to_cm) + " cm-1, at 0 K " +
+           whole(cold.mean * au_to_cm) +
+           " cm-1 from the 0-0 line: the harmonic surfaces do not hold for the motion of the modes at " +
+           modes + "; leave them out (leave_out), or use 0 K");
+}
+
+void bound_memory(const direction& d, const std::string& file) {
+  const auto n = static_cast<double>(d.t.n());
+  const auto points = static_cast<double>(d.grid.points);
+  const double values = points * (sizeof(correlation_value) + (d.o.v.size() > 0 ? n * sizeof(complex) : 0.0));
+  if (values < most_memory && static_cast<double>(d.grid.size) < most_energies) return;
+  fail({.what = "the bands need " + whole(points) + " times and " + whole(static_cast<double>(d.grid.size)) +
+                " energies, more than fit into memory",
+        .file = file,
+        .expected = "a larger fwhm, or a smaller range"});
+}
+
+// The energies within `reach` standard deviations of the mean at every temperature.
+std::pair<double, double> reach_of(const direction& d, const spectrum_results& r, double reach) {
+  double widest = 0.0;
+  for (const line_width& width : r.widths) widest = std::max(widest, width.sigma + width.gamma);
+  double low = INFINITY;
+  double high = -INFINITY;
+  for (const thermal_band& at : d.thermal) {
+    const double sd = std::hypot(at.exact.sd, widest);
+    low = std::min(low, at.exact.mean - reach * sd);
+    high = std::max(high, at.exact.mean + reach * sd);
+  }
+  return {low, high};
+}
+
+// The grid from the exact moments, the range that is written, and the widths.
+void set_grid(direction& d, const spectrum_results& r, const std::string& file) {
+  set_range(d, r, file);
+  const auto [low, high] = reach_of(d, r, band_reach);
+  d.grid = choose_grid(std::min(low, d.low), std::max(high, d.high), energy_step(r.widths),
+                       d.offset(r.gap.value_or(0.0)), r.widths);
+  bound_memory(d, file);
+}
+void compute_times(direction& d, const spectrum_results& r, const messages& say) {
+  std::vector<double> times;
+  for (std::size_t i = 0; i < d.grid.points; ++i) times.push_back(d.grid.step * static_cast<double>(i));
+  const std::size_t all = times.size() * d.thermal.size();
+  std::mutex guard;
+  std::size_t ready = 0;
+  int shown = -1;
+  for (thermal_band& at : d.thermal) {
+    const auto start = std::chrono::steady_clock::now();
+    at.chi = correlate(d.t, d.o, at.temperature * kelvin_to_au, times, r.threads, [&](std::size_t count) {
+      const std::lock_guard<std::mutex> lock(guard);
+      ready += count;
+      const int percent = static_cast<int>(100 * ready / all);
+      if (percent / 5 == shown) return;
+      shown = percent / 5;
+      say.begin(std::string(d.absorption ? "absorption" : "decay") + ", times " + std::to_string(percent) +
+                " %");
+    });
+    at.seconds = seconds_since(start);
+  }
+}
+
+std::vector<complex> column(const correlation& chi, bool dipole) {
+  std::vector<complex> values;
+  for (const correlation_value& v : chi.values)
+    values.push_back(dipole ? v.dipole_fc + v.dipole_mixed + v.dipole_ht : v.fc);
+  return values;
+}
+
+// Sum, mean and standard deviation of the first band.
+void measure(const direction& d, const line_width& width, thermal_band& at) {
+  const std::vector<double>& f = at.bands.front().line_shape;
+  double first = 0.0, second = 0.0;
+  at.sum = 0.0;
+  for (std::size_t i = 0; i < f.size(); ++i) at.sum += f[i] * d.grid.energy_step;
+  for (std::size_t i = 0; i < f.size(); ++i)
+    first += f[i] * (d.grid.energy(i) - at.exact.mean) * d.grid.energy_step;
+  at.mean = at.exact.mean + first / at.sum;
+  for (std::size_t i = 0; i < f.size(); ++i)
+    second += f[i] * std::pow(d.grid.energy(i) - at.mean, 2) * d.grid.energy_step;
+  at.sd = std::sqrt(std::max(second / at.sum - width.sigma * width.sigma, 0.0));
+}
+
+// The share of a line within `low` and `high`.
+double within(double line, double sigma, double low, double high) {
+  const double scale = 1.0 / (sigma * std::numbers::sqrt2);
+  return 0.5 * (std::erf((high - line) * scale) - std::erf((low - line) * scale));
+}
+
+void compare_lines(direction& d, const spectrum_results& r) {
+  const auto at = std::ranges::find(d.thermal, r.keys.line_temperature, &thermal_band::temperature);
+  if (at == d.thermal.end()) return;
+  const line_width width{r.keys.fwhm[0] / (fwhm_of_sigma * au_to_cm), 0.0};
+  const std::vector<double> f = band(d.grid, column(at->chi, false), width);
+  const double step = window / au_to_cm;
+  for (double low = std::floor(d.low / step) * step; low < d.high; low += step) {
+    window_share share{low, 0.0, 0.0};
+    for (std::size_t i = 0; i < f.size(); ++i) {
+      // A point carries the part of its energy interval that is in the window.
+      const double a = std::max(d.grid.energy(i) - 0.5 * d.grid.energy_step, low);
+      const double b = std::min(d.grid.energy(i) + 0.5 * d.grid.energy_step, low + step);
+      if (b > a) share.exact += f[i] * (b - a);
+    }
+    for (const vibronic_line& line : d.lines.lines)
+      share.lines += line.strength * within(line.energy, width.sigma, low, low + step);
+    d.windows.push_back(share);
+  }
+}
+
+rate crossing(const direction& d, const thermal_band& at, double fwhm, const spectrum_results& r,
+              bool internal) {
+  rate k{internal ? "internal conversion" : "intersystem crossing",
+         at.temperature,
+         fwhm,
+         0.0,
+         0.0,
+         0.0,
+         0.0,
+         true,
+         {}};
+  double coupling = 1.0;
+  transition_operator o;
+  if (internal) {
+    o.v = d.o.v;
+  } else {
+    coupling = 0.0;
+    for (const double v : r.keys.soc) coupling += v * v / (au_to_cm * au_to_cm);
+  }
+  const double factor = 2.0 * std::numbers::pi * coupling * au_to_rate;
+  for (const double times : {0.5, 1.0, 2.0}) {
+    const double sigma = times * fwhm / (fwhm_of_sigma * au_to_cm);
+    const tail_value f = line_shape_at(d.t, o, at.temperature * kelvin_to_au, *r.gap, sigma, r.threads);
+    const double value = factor * (internal ? f.ic : f.fc);
+    k.converged = k.converged && f.converged;
+    (times < 1.0 ? k.at_half : times > 1.0 ? k.at_double : k.value) = value;
+    if (times != 1.0) continue;
+    k.precision = f.precision;
+    for (const double share : f.ic_share) k.mode_share.push_back(factor * share);
+  }
+  return k;
+}
+
+void add_crossings(spectrum_results& r, const messages& say) {
+  for (const direction& d : r.directions) {
+    if (d.absorption) continue;
+    for (const bool internal : {true, false}) {
+      if (!r.keys.wants(internal ? "ic" : "isc")) continue;
+      for (const thermal_band& at : d.thermal) {
+        for (const double fwhm : r.keys.fwhm) {
+          say.begin("rates");
+          r.rates.push_back(crossing(d, at, fwhm, r, internal));
+          const rate& k = r.rates.back();
+          if (k.converged && k.precision < 1e-3) continue;
+          say.warn(
+              "the rate of " + k.process + " at " + with_digits(k.temperature, 2) + " K and FWHM " +
+              with_digits(fwhm, 1) +
+              " cm-1 is not reliable: no line is near the gap; use a larger fwhm or another temperature");
+        }
+      }
+    }
+  }
+}
+
+// The integral of the emitted photons with the band `f`.
+double radiative(const direction& d, const std::vector<double>& f, const spectrum_results& r) {
+  double sum = 0.0;
+  for (std::size_t i = 0; i < f.size(); ++i) {
+    const double w = d.photon(d.grid.energy(i), *r.gap);
+    if (w > 0.0) sum += 4.0 * w * w * w / (3.0 * std::pow(light_speed, 3)) * f[i] * d.grid.energy_step;
+  }
+  return sum * r.keys.refractive_index * au_to_rate;
+}
+
+}  // namespace
+
+std::vector<line_width> widths_of(const spectrum_keys& keys) {
+  std::vector<line_width> widths;
+  for (std::size_t i = 0; i < keys.fwhm.size(); ++i) {
+    const double gaussian = keys.fwhm[i] / (fwhm_of_sigma * au_to_cm);
+    const double lorentzian = 0.5 / au_to_cm;
+    if (keys.shape == "lorentzian") widths.push_back({0.0, keys.fwhm[i] * lorentzian});
+    if (keys.shape == "gaussian") widths.push_back({gaussian, 0.0});
+    if (keys.shape == "voigt") widths.push_back({gaussian, keys.fwhm_lorentzian[i] * lorentzian});
+  }
+  return widths;
+}
+
+double energy_step(std::span<const line_width> widths) {
+  double fwhm = INFINITY;
+  for (const line_width& w : widths) fwhm = std::min(fwhm, std::max(fwhm_of_sigma * w.sigma, 2.0 * w.gamma));
+  const double wanted = fwhm * au_to_cm / points_a_width;
+  const double power = std::pow(10.0, std::floor(std::log10(wanted)));
+  const double digit = wanted / power >= 5.0 ? 5.0 : wanted / power >= 2.0 ? 2.0 : 1.0;
+  return digit * power / au_to_cm;
+}
+
+void set_range(direction& d, const spectrum_results& r, const std::string& file) {
+  std::tie(d.low, d.high) = reach_of(d, r, written_reach);
+  if (!r.keys.range.empty()) {
+    const double gap = r.gap.value_or(0.0);
+    const double a = r.keys.range[0] / au_to_cm;
+    const double b = r.keys.range[1] / au_to_cm;
+    const bool down = !d.absorption;
+    d.low = down ? gap - b : a - gap;
+    d.high = down ? gap - a : b - gap;
+  } else if (r.gap) {  // photons have positive energies
+    if (d.absorption) d.low = std::max(d.low, -*r.gap);
+    if (!d.absorption) d.high = std::min(d.high, *r.gap);
+  }
+  if (!(d.low < d.high)) {
+    fail({.what = "the whole band is at negative photon energies",
+          .file = file,
+          .expected = "energy, the difference between the states, above the energy of the band"});
+  }
+}
+
+void set_energies(spectrum_results& r) {
+  if (r.keys.energy.empty()) return;
+  const double given = r.keys.energy[0] / (r.keys.energy_unit == "ev" ? au_to_ev : au_to_cm);
+  r.gap = r.keys.energy_is == "0-0" ? given : given + r.zero_point_difference;
+  r.minima = *r.gap - r.zero_point_difference;
+}
+
+void shape_bands(spectrum_results& r) {
+  for (direction& d : r.directions) {
+    for (thermal_band& at : d.thermal) {
+      const bool dipole = d.o.mu0.size() == 3;
+      at.bands.clear();
+      for (const line_width& width : r.widths) {
+        shaped_band shaped{band(d.grid, column(at.chi, false), width), {}};
+        if (dipole) shaped.dipole = band(d.grid, column(at.chi, true), width);
+        at.bands.push_back(std::move(shaped));
+      }
+      measure(d, r.widths.front(), at);
+    }
+  }
+}
+
+void add_radiative_rates(spectrum_results& r) {
+  if (!r.gap || !r.keys.wants("emission") || r.keys.shape != "gaussian") return;
+  for (const direction& d : r.directions) {
+    if (d.absorption || d.o.mu0.size() != 3) continue;
+    for (const thermal_band& at : d.thermal) {
+      for (std::size_t i = 0; i < r.widths.size(); ++i) {
+        rate k{
+            "radiative", at.temperature, r.keys.fwhm[i], radiative(d, at.bands[i].dipole, r), 0, 0, 0, true,
+            {}};
+        const std::vector<complex> chi = column(at.chi, true);
+        const line_width half{0.5 * r.widths[i].sigma, 0.5 * r.widths[i].gamma};
+        const line_width twice{2.0 * r.widths[i].sigma, 2.0 * r.widths[i].gamma};
+        k.at_half = radiative(d, band(d.grid, chi, half), r);
+        k.at_double = radiative(d, band(d.grid, chi, twice), r);
+        r.rates.push_back(k);
+      }
+    }
+  }
+}
+
+spectrum_results calculate_spectra(const vibration_pair& v, const spectrum_operators& o,
+                                   const spectrum_keys& keys, const std::string& file, const messages& say) {
+  spectrum_results r;
+  r.keys = keys;
+  r.v = v;
+  r.widths = widths_of(keys);
+  r.threads = keys.threads;
+  if (r.threads == 0) r.threads = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  for (int k = 1; k <= v.n(); ++k) r.zero_point_difference += 0.5 * (v.w_e(k) - v.w_g(k));
+  set_energies(r);
+  const bool decays = keys.wants("emission") || keys.wants("ic") || keys.wants("isc");
+  for (const bool absorption : {true, false}) {
+    if (!(absorption ? keys.wants("absorption") : decays)) continue;
+    direction d;
+    d.absorption = absorption;
+    d.t = absorption ? absorption_of(v) : decay_of(v);
+    d.o = absorption ? o.absorption : o.decay;
+    for (const double temperature : keys.temperature) {
+      thermal_band at;
+      at.temperature = temperature;
+      at.exact = moments_of(d.t, temperature * kelvin_to_au);
+      judge_growth(d, at, say);
+      d.thermal.push_back(std::move(at));
+    }
+    set_grid(d, r, file);
+    r.directions.push_back(std::move(d));
+  }
+  for (direction& d : r.directions) compute_times(d, r, say);
+  shape_bands(r);
+  for (direction& d : r.directions) {
+    say.begin("lines");
+    d.lines = find_lines(d.t, keys.line_temperature * kelvin_to_au, keys.threshold, keys.line_seconds);
+    compare_lines(d, r);
+  }
+  add_radiative_rates(r);
+  add_crossings(r, say);
+  return r;
+}
+
+}  // namespace vbn
