@@ -186,7 +186,7 @@ void find_modes(run_data& run) {
     print_freq0(run.fout, run.state(k).modes, k);
     print_freq(run.fout, run.state(k).modes, k);
   }
-  warn_of_modes(run.state, run.say);
+  warn_of_modes(run.state, run.for_tables, run.say);
   if (!run.input.point_group) return;
   for (states& it : run.state) get_point_group(it.atoms.sqtmass, it.symmetry, it.force, it.modes);
   for (const states& it : run.state) {
@@ -243,7 +243,7 @@ void project_couplings(run_data& run) {
   if (input.do_tdipd) {
     require_state(input.proj_tdipd, "proj_tdipd", input.ftdipd);
     const states& excited = run.state(input.proj_tdipd);
-    run.tdipd_q = proj_dip(excited.dipole, excited.atoms, modes.cm, run.say);
+    run.tdipd_q = proj_dip(excited.dipole, excited.atoms, modes.cm, run.for_tables ? run.say : messages());
   }
   for (int k = 1; k <= 2; ++k)
     if (run.state(k).couplings.ifnac) run.nacme_n3(k) = get_nacme_n3(run.state(k));

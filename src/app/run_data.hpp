@@ -19,6 +19,7 @@ struct run_data {
   array1<states> state{2};  // state(1) the ground state g, state(2) the excited state e
   output_file fout;         // the log
   messages say;
+  bool for_tables = true;    // the modes go to the tables, with what they leave out or do not rotate
   bool other_order = false;  // the atoms of the states do not correspond; a warning has said so
 
   // With couplings: in every form along the modes of state 1, from the vectors as read and in the final

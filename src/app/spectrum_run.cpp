@@ -1,6 +1,7 @@
 // From the input file to the files of the spectra.
 #include "app/spectrum_run.hpp"  // for run_spectrum
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <filesystem>
@@ -30,6 +31,17 @@ void require_kept(const std::string& name) {
     fail_in(name, std::string("the run would overwrite a file that it reads: it writes ") + result,
             "another name or folder for this file");
   }
+}
+
+// The results of an earlier run that this one has left.
+std::vector<std::string> earlier_results(const std::vector<std::string>& written) {
+  std::vector<std::string> names;
+  for (const char* result : results) {
+    std::error_code none;
+    if (std::ranges::find(written, result) == written.end() && std::filesystem::exists(result, none))
+      names.emplace_back(result);
+  }
+  return names;
 }
 
 // Derivatives (3,n3) of the dipole along the modes of g. Both the components of the dipole and the
@@ -72,6 +84,7 @@ spectrum_results analysed(const input_file& file, const spectrum_keys& keys, con
   require_kept(run.input.ftdipd.str());
   run.input.set_cart = run.input.set_cart || keys.displacements != "internal";
   run.fout = output_file::nowhere();
+  run.for_tables = false;
   analyse(run);
   head.state1 = state_line(run.state(1).file);
   head.state2 = state_line(run.state(2).file);
@@ -116,6 +129,9 @@ std::string run_spectrum(const std::string& input, const std::string& from, cons
   if (from.empty()) {
     r = analysed(file, keys, say, head);
   } else {
+    if (keys.wants("ic") || keys.wants("isc"))
+      say.warn(
+          "--from gives no rates of internal conversion and intersystem crossing: they need other times");
     input_file stored(from, say);
     r = read_correlation(stored, keys, head);
     head.input += ", times from " + from;
@@ -131,7 +147,7 @@ std::string run_spectrum(const std::string& input, const std::string& from, cons
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   write_spectrum_log(r, head, seconds, files);
   files.commit();
-  return spectrum_summary(r, files.names());
+  return spectrum_summary(r, files.names(), earlier_results(files.names()));
 }
 
 }  // namespace vbn

@@ -47,10 +47,10 @@ void warn_of_files(const array1<states>& state, const messages& say) {
   }
 }
 
-void warn_of_modes(const array1<states>& state, const messages& say) {
+void warn_of_modes(const array1<states>& state, bool for_tables, const messages& say) {
   for (int k = 1; k <= 2; ++k) {
     const states& it = state(k);
-    if (is_linear(it)) {
+    if (for_tables && is_linear(it)) {
       say.warn(of_state(it, k) +
                ": the molecule is linear and has five external modes; mode 6 is a vibration, but sums "
                "and tables from mode 7 on leave it out");

@@ -13,8 +13,9 @@ namespace vbn {
 // a stationary point; atoms of different elements in the two states.
 void warn_of_files(const array1<states>& state, const messages& say);
 
-// After the frequencies: a linear molecule, imaginary frequencies, more than six frequencies near zero.
-void warn_of_modes(const array1<states>& state, const messages& say);
+// After the frequencies: a linear molecule, of which the tables leave out a vibration (only with
+// `for_tables`), imaginary frequencies, more than six frequencies near zero.
+void warn_of_modes(const array1<states>& state, bool for_tables, const messages& say);
 
 // After the Duschinsky matrix: geometries far apart, or modes that do not resemble each other.
 void warn_of_distance(const array1<states>& state, const messages& say);

@@ -11,7 +11,7 @@
 #include "input/key_table.hpp"  // for edits
 #include "input/namelist.hpp"   // for group_scanner, group_value
 #include "text/joined.hpp"      // for joined
-#include "text/number.hpp"      // for to_integer, to_real
+#include "text/number.hpp"      // for to_integer, to_real, shortest
 #include "text/stop.hpp"        // for fail_in
 
 namespace vbn {
@@ -109,6 +109,16 @@ void clear(std::vector<T>& list) {
   list.clear();
 }
 
+std::string in_words(int value) { return std::to_string(value); }
+std::string in_words(double value) { return shortest(value); }
+std::string in_words(const std::string& value) { return value; }
+template <class T>
+std::string in_words(const std::vector<T>& list) {
+  std::string text;
+  for (const T& value : list) text += (text.empty() ? "" : ", ") + in_words(value);
+  return text;
+}
+
 const spectrum_key& find(const group_scanner& scanner) {
   const std::string& name = scanner.key();
   const auto found = std::ranges::find(table, name, &spectrum_key::name);
@@ -175,6 +185,16 @@ void check_together(const spectrum_keys& keys, const std::string& file) {
 
 bool spectrum_keys::wants(const std::string& name) const {
   return std::ranges::find(what, name) != what.end();
+}
+
+std::string values_of(const spectrum_keys& keys) {
+  std::string text;
+  for (const spectrum_key& key : table) {
+    if (key.name == "threads") continue;
+    const std::string value = std::visit([&](auto member) { return in_words(keys.*member); }, key.stored);
+    if (!value.empty()) text += joined({text.empty() ? "" : "; ", key.name, " = ", value});
+  }
+  return text;
 }
 
 spectrum_keys read_spectrum_group(const input_file& file) {

@@ -24,13 +24,16 @@ struct spectrum_keys {
   double refractive_index = 1.0;
   std::vector<int> leave_out;  // modes of state 1
   double threshold = 1e-4;
-  double line_seconds = 10.0;
+  double line_seconds = 1.0;
   double line_temperature = 0.0;  // K
   std::string displacements = "cartesian";
   int threads = 0;  // 0: one for each core
 
   bool wants(const std::string& name) const;
 };
+
+// All keys with their values in one line, but for `threads`, which changes no result.
+std::string values_of(const spectrum_keys& keys);
 
 // Reads the group "&spectrum" of the file and checks every value that does not depend on the molecule. A
 // group that is absent, an unknown key, a value that cannot be, each ends the run with a message that shows

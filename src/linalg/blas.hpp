@@ -14,6 +14,7 @@ void dgesvd_(const char* jobu, const char* jobvt, const int* m, const int* n, do
              const int* lwork, int* info);
 void dgetri_(const int* n, double* a, const int* lda, const int* ipiv, double* work, const int* lwork,
              int* info);
+void dpotrf_(const char* uplo, const int* n, double* a, const int* lda, int* info);
 void zgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
             const std::complex<double>* alpha, const std::complex<double>* a, const int* lda,
             const std::complex<double>* b, const int* ldb, const std::complex<double>* beta,

@@ -22,22 +22,13 @@ std::string scientific(double r, int digits) {
 std::string number(double r) { return scientific(r, 16); }
 std::string rounded(double r) { return scientific(r, 7); }
 
-std::string list(const std::vector<double>& values) {
-  std::string text;
-  for (const double value : values) text += (text.empty() ? "" : ", ") + shortest(value);
-  return text;
-}
-
 void write_head(output_file& file, const spectrum_results& r, const spectrum_head& head,
                 const std::string& what) {
   file.line("# " + what);
   file.line("# vbn-spectrum " + head.version + ", input " + head.input);
   file.line("# state 1: " + head.state1);
   file.line("# state 2: " + head.state2);
-  const spectrum_keys& keys = r.keys;
-  std::string text = "# shape = " + keys.shape + ", fwhm = " + list(keys.fwhm);
-  if (!keys.fwhm_lorentzian.empty()) text += ", fwhm_lorentzian = " + list(keys.fwhm_lorentzian);
-  file.line(text + " cm-1");
+  file.line("# " + values_of(r.keys));
   if (r.gap) {
     file.line("# energy minimum to minimum " + with_digits(*r.minima * au_to_cm, 2) + " cm-1, 0-0 " +
               with_digits(*r.gap * au_to_cm, 2) + " cm-1");
@@ -111,7 +102,7 @@ std::string label(const std::vector<mode_quanta>& quanta, const std::vector<int>
 
 void write_bands(const spectrum_results& r, const spectrum_head& head, staged_files& files) {
   for (const direction& d : r.directions)
-    if (d.absorption || r.keys.wants("emission")) write_band(r, d, head, files);
+    if (r.keys.wants(d.absorption ? "absorption" : "emission")) write_band(r, d, head, files);
 }
 
 void write_lines(const spectrum_results& r, const spectrum_head& head, staged_files& files) {
@@ -130,14 +121,12 @@ void write_lines(const spectrum_results& r, const spectrum_head& head, staged_fi
   file.line(std::string("transition,wavenumber_from_0-0_cm-1,") + (r.gap ? "wavenumber_cm-1," : "") +
             "strength,overlap,initial,final");
   for (const direction& d : r.directions) {
-    const std::vector<int>& initial = d.absorption ? r.v.mode_g : r.v.mode_e;
-    const std::vector<int>& final = d.absorption ? r.v.mode_e : r.v.mode_g;
     for (const vibronic_line& line : d.lines.lines) {
       std::string text = std::string(d.absorption ? "absorption," : "emission,") +
                          with_digits(d.photon(line.energy, 0.0) * au_to_cm, 4) + ",";
       if (r.gap) text += with_digits(d.photon(line.energy, *r.gap) * au_to_cm, 4) + ",";
       file.line(text + rounded(line.strength) + "," + rounded(line.overlap) + "," +
-                label(line.initial, initial) + "," + label(line.final, final));
+                label(line.initial, d.mode_i) + "," + label(line.final, d.mode_f));
     }
   }
 }

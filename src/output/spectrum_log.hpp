@@ -14,7 +14,9 @@ namespace vbn {
 void write_spectrum_log(const spectrum_results& r, const spectrum_head& head, double seconds,
                         staged_files& files);
 
-// At most ten lines for a person.
-std::string spectrum_summary(const spectrum_results& r, const std::vector<std::string>& written);
+// At most ten lines for a person: vibrations and energy, moments and lines, rates, and the files that were
+// written and those of an earlier run that are still there.
+std::string spectrum_summary(const spectrum_results& r, const std::vector<std::string>& written,
+                             const std::vector<std::string>& earlier);
 
 }  // namespace vbn

@@ -11,6 +11,9 @@ namespace vbn {
 
 namespace {
 
+constexpr const char* cannot_replace = "cannot replace this file";
+constexpr const char* another_folder = "a working directory in which files can be replaced";
+
 std::string beside(const std::string& name) { return name + ".new"; }
 
 }  // namespace
@@ -22,6 +25,8 @@ staged_files::~staged_files() {
 }
 
 output_file& staged_files::open(const std::string& name) {
+  std::error_code none;
+  if (std::filesystem::is_directory(name, none)) fail_in(name, cannot_replace, another_folder);
   files_.push_back({name, output_file(beside(name))});
   return files_.back().file;
 }
@@ -31,7 +36,7 @@ void staged_files::commit() {
   for (const staged& it : files_) {
     std::error_code failed;
     std::filesystem::rename(beside(it.name), it.name, failed);
-    if (failed) fail_in(it.name, "cannot replace this file", "a folder in which files can be replaced");
+    if (failed) fail_in(it.name, cannot_replace, another_folder);
   }
   done_ = true;
 }

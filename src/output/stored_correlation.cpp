@@ -6,6 +6,7 @@
 #include "checks/wording.hpp"         // for with_digits
 #include "output/spectrum_files.hpp"  // for read_correlation
 #include "molecule/constants.hpp"     // for pi_value
+#include "text/joined.hpp"            // for joined
 #include "text/number.hpp"            // for to_real, to_integer
 #include "text/stop.hpp"              // for fail, fail_in
 
@@ -89,6 +90,20 @@ void take_rows(input_file& from, direction& d, thermal_band& at, bool dipole, st
   }
 }
 
+// The energies that the times hold are those of the run that stored them.
+void require_range(const direction& d, const spectrum_results& r, const std::string& file) {
+  const double lowest = d.grid.first_energy;
+  const double highest = d.grid.energy(d.grid.size - 1);
+  if (r.keys.range.empty() || (d.low >= lowest && d.high <= highest)) return;
+  const double gap = r.gap.value_or(0.0);
+  const double a = d.photon(lowest, gap) * au_to_cm;
+  const double b = d.photon(highest, gap) * au_to_cm;
+  fail_in(file, "the times do not hold the whole range",
+          joined({"range within ", std::to_string(std::llround(std::min(a, b))), " and ",
+                  std::to_string(std::llround(std::max(a, b))),
+                  " cm-1, or a run with the calculations of the states"}));
+}
+
 // Finer energies where a width needs them; a width that needs later times ends the run.
 void refine_grid(direction& d, const spectrum_results& r, const std::string& file) {
   const double end = d.grid.step * static_cast<double>(d.grid.points);
@@ -133,6 +148,7 @@ spectrum_results read_correlation(input_file& from, const spectrum_keys& keys, s
   set_energies(r);
   for (direction& d : r.directions) {
     set_range(d, r, from.name());
+    require_range(d, r, from.name());
     refine_grid(d, r, from.name());
   }
   shape_bands(r);

@@ -8,11 +8,12 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <thread>
 
 #include "linalg/blas.hpp"         // for zgetrf_, zgetrs_
 #include "linalg/blas_memory.hpp"  // for require_blas_memory
-#include "linalg/ldlt.hpp"         // for complex, factor_ldlt
+#include "linalg/ldlt.hpp"         // for complex
+#include "linalg/matmul.hpp"       // for matmul_add
+#include "linalg/parallel.hpp"     // for in_parallel, item_work
 
 namespace vbn {
 
@@ -127,31 +128,35 @@ path_value value_at(const path_part& c, complex time, bool with_shares) {
   return value;
 }
 
+// Whether J~^T f J~ - g, f and g diagonal, is positive definite, or with `sign` -1 negative definite.
+bool definite(const path_part& c, const std::vector<double>& f, const std::vector<double>& g, double sign) {
+  const int n = c.t.n();
+  array2<double> weighted = c.s.j;
+  array2<double> a(n, n);
+  for (int l = 1; l <= n; ++l) {
+    a(l, l) = -sign * g[static_cast<std::size_t>(l - 1)];
+    for (int k = 1; k <= n; ++k) weighted(k, l) *= sign * f[static_cast<std::size_t>(k - 1)];
+  }
+  matmul_add(1.0, c.s.j, op::transposed, weighted, op::plain, 1.0, a);
+  int info = 0;
+  dpotrf_("L", &n, a.data(), &n, &info);
+  return info == 0;
+}
+
 // Whether the trace exists at t = i eta: the two Gaussian integrals of real matrices must converge.
 bool exists(const path_part& c, double eta) {
-  const int n = c.t.n();
   if (eta == 0.0) return true;
   if (c.kt > 0.0 && 1.0 / c.kt + eta <= 0.0) return false;
-  array2<complex> sum(n, n);
-  array2<complex> difference(n, n);
-  for (int l = 1; l <= n; ++l) {
-    for (int m = l; m <= n; ++m) {
-      for (int k = 1; k <= n; ++k) {
-        const double tanh = c.kt > 0.0 ? std::tanh(0.5 * c.t.w_i(k) * (1.0 / c.kt + eta)) : 1.0;
-        sum(m, l) += c.s.j(k, m) * c.s.j(k, l) * tanh;
-        difference(m, l) += c.s.j(k, m) * c.s.j(k, l) / tanh;
-      }
-    }
-    const double tanh = std::tanh(0.5 * c.t.w_f(l) * eta);
-    sum(l, l) -= tanh;
-    difference(l, l) -= 1.0 / tanh;
+  std::vector<double> f;
+  std::vector<double> g;
+  for (int k = 1; k <= c.t.n(); ++k) {
+    f.push_back(c.kt > 0.0 ? std::tanh(0.5 * c.t.w_i(k) * (1.0 / c.kt + eta)) : 1.0);
+    g.push_back(std::tanh(0.5 * c.t.w_f(k) * eta));
   }
-  ldlt_panel panel;
-  factor_ldlt(sum, panel);
-  factor_ldlt(difference, panel);
-  for (int l = 1; l <= n; ++l)
-    if (!(sum(l, l).real() > 0.0) || !(difference(l, l).real() * eta < 0.0)) return false;
-  return true;
+  if (!definite(c, f, g, 1.0)) return false;
+  for (double& x : f) x = 1.0 / x;
+  for (double& x : g) x = 1.0 / x;
+  return definite(c, f, g, eta > 0.0 ? -1.0 : 1.0);
 }
 
 // ln chi(i eta), which is real; infinite where the trace does not exist.
@@ -178,7 +183,7 @@ double best_shift(const path_part& c, double energy, double sigma) {
   double outer = near + golden * (far - near);
   double size_inner = size(inner);
   double size_outer = size(outer);
-  while (std::abs(far - near) > 1e-4 * std::abs(far)) {
+  while (std::abs(far - near) > 1e-3 * std::max(std::abs(far), std::abs(step))) {
     if (size_inner < size_outer) {
       far = outer;
       outer = inner;
@@ -215,13 +220,11 @@ double follow(const path_part& c, const path_value& before, const path_value& fr
 std::vector<path_value> values_on_path(const path_part& c, double eta, double first, double stride,
                                        std::size_t count, int threads) {
   std::vector<path_value> values(count);
-  const auto work = [&](std::size_t begin) {
-    for (std::size_t i = begin; i < count; i += static_cast<std::size_t>(threads))
+  in_parallel(count, 1, threads, [&]() -> item_work {
+    return [&](std::size_t i) {
       values[i] = value_at(c, complex(first + stride * static_cast<double>(i), eta), true);
-  };
-  std::vector<std::jthread> helpers;
-  for (int i = 1; i < threads; ++i) helpers.emplace_back(work, static_cast<std::size_t>(i));
-  work(0);
+    };
+  });
   return values;
 }
 

@@ -12,16 +12,13 @@
 #include "spectra/correlation.hpp"  // for correlate
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <exception>
-#include <mutex>
-#include <thread>
 
 #include "linalg/blas.hpp"         // for dgemm_
 #include "linalg/blas_memory.hpp"  // for require_blas_memory
 #include "linalg/ldlt.hpp"         // for factor_ldlt, solve_lower, solve_ldlt
 #include "linalg/matmul.hpp"       // for matmul
+#include "linalg/parallel.hpp"     // for in_parallel, item_work
 
 namespace vbn {
 
@@ -374,33 +371,16 @@ correlation correlate(const transition& t, const transition_operator& o, double 
   double mu0_squared = 0.0;
   for (const double a : o.mu0) mu0_squared += a * a;
 
-  std::atomic<std::size_t> next{0};
-  std::mutex guard;
-  std::exception_ptr failed;
-  const auto work = [&] {
-    try {
-      workspace w = memory_of(c);
-      for (std::size_t first = next.fetch_add(chunk); first < times.size(); first = next.fetch_add(chunk)) {
-        for (std::size_t i = first; i < std::min(first + chunk, times.size()); ++i) {
-          const std::span<complex> shares =
-              all.ic_share.rows() > 0 ? all.ic_share.column(static_cast<int>(i) + 1) : std::span<complex>();
-          all.values[i] = c.has_operator || !(kt > 0.0) ? direct_value(c, times[i], w, shares)
-                                                        : reduced_value(c, times[i], w);
-          all.values[i].dipole_fc = mu0_squared * all.values[i].fc;
-        }
-        if (done) done(std::min(chunk, times.size() - first));
-      }
-    } catch (...) {
-      const std::lock_guard<std::mutex> lock(guard);
-      failed = std::current_exception();
-      next = times.size();
-    }
-  };
-  std::vector<std::jthread> helpers;
-  for (int i = 1; i < threads; ++i) helpers.emplace_back(work);
-  work();
-  helpers.clear();
-  if (failed) std::rethrow_exception(failed);
+  in_parallel(times.size(), chunk, threads, [&]() -> item_work {
+    return [&, w = memory_of(c)](std::size_t i) mutable {
+      const std::span<complex> shares =
+          all.ic_share.rows() > 0 ? all.ic_share.column(static_cast<int>(i) + 1) : std::span<complex>();
+      all.values[i] = c.has_operator || !(kt > 0.0) ? direct_value(c, times[i], w, shares)
+                                                    : reduced_value(c, times[i], w);
+      all.values[i].dipole_fc = mu0_squared * all.values[i].fc;
+      if (done) done(1);
+    };
+  });
   return all;
 }
 

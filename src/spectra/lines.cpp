@@ -16,8 +16,10 @@ namespace {
 using clock = std::chrono::steady_clock;
 
 constexpr std::size_t largest_table = 20'000'000;  // values of one recursion
-constexpr double first_threshold = 0.1;
-constexpr double threshold_ratio = 0.316227766;  // from one pass to the next
+constexpr double least_log = -600.0;               // of its first value
+// The search runs with one threshold after the other, so that an early end leaves the list of the one before.
+constexpr double first_thresholds[] = {0.1,  0.05, 0.02, 0.01, 5e-3, 2e-3, 1e-3, 5e-4, 2e-4, 1e-4, 5e-5,
+                                       2e-5, 1e-5, 5e-6, 2e-6, 1e-6, 5e-7, 2e-7, 1e-7, 5e-8, 2e-8};
 
 // A Gaussian state of real wave function, in coordinates scaled to the frequencies of its modes: covariances
 // of coordinates and momenta (1/2 for an empty mode) and mean coordinates.
@@ -58,7 +60,7 @@ gaussian_state initial_state(const transition& t, double kt) {
 struct generator {
   array2<double> same, other;  // A within bra or ket; between bra and ket
   array1<double> linear;
-  double empty = 1.0;  // probability that all modes are empty
+  double log_empty = 0.0;  // logarithm of the probability that all modes are empty
 };
 
 generator generator_of(const gaussian_state& g, const std::vector<int>& modes) {
@@ -91,7 +93,7 @@ generator generator_of(const gaussian_state& g, const std::vector<int>& modes) {
       square += mean(k) * x(k, l) * mean(l);
     }
   }
-  f.empty = std::exp(-0.5 * (log_x + log_p + square));
+  f.log_empty = -0.5 * (log_x + log_p + square);
   return f;
 }
 
@@ -149,7 +151,7 @@ class search {
     const std::size_t rank = at.modes.size();
     const auto a = [&](std::size_t k, std::size_t l) { return whole_.same(at.modes[k], at.modes[l]); };
     const auto g = [&](std::size_t k) { return whole_.linear(at.modes[k]); };
-    const double empty = std::sqrt(whole_.empty);
+    const double empty = std::exp(0.5 * whole_.log_empty);
     return rank == 0 ? empty : coefficients(at.quanta, empty, a, g).back();
   }
 
@@ -160,7 +162,7 @@ class search {
   // The modes that are least often excited come first: then most patterns that begin with them end at once.
   std::vector<int> modes_by_rarity() const {
     std::vector<std::pair<double, int>> found;
-    for (int k = 1; k <= state_.modes(); ++k) found.emplace_back(-generator_of(state_, {k}).empty, k);
+    for (int k = 1; k <= state_.modes(); ++k) found.emplace_back(-generator_of(state_, {k}).log_empty, k);
     std::ranges::sort(found);
     std::vector<int> order;
     for (const auto& [empty, mode] : found) order.push_back(mode);
@@ -173,6 +175,9 @@ class search {
     pattern more = at;
     more.modes.push_back(mode);
     const generator f = generator_of(state_, more.modes);
+    // Of a large displacement the first value underflows; the others grow by as much as it is small.
+    const double log_first = std::max(f.log_empty, least_log);
+    const double scale = std::exp(f.log_empty - log_first);
     const std::size_t rank = more.modes.size();
     const auto a = [&](std::size_t k, std::size_t l) {
       const int row = static_cast<int>(k / 2) + 1;
@@ -192,7 +197,7 @@ class search {
         ended_ = true;
         return {};
       }
-      const std::vector<double> values = coefficients(limits, f.empty, a, g);
+      const std::vector<double> values = coefficients(limits, std::exp(log_first), a, g);
       marginals_ += static_cast<std::size_t>(highest) + 1;
       // The elements whose bra and ket are the pattern with m quanta in the mode.
       const std::size_t block =
@@ -201,7 +206,7 @@ class search {
       double left = total;
       for (int m = 0; m <= highest; ++m) {
         const auto column = static_cast<std::size_t>(m) * static_cast<std::size_t>(highest + 2);
-        probability.push_back(values[block - 1 + column * block]);
+        probability.push_back(scale * values[block - 1 + column * block]);
         left -= probability.back();
         if (left < threshold_) return probability;
       }
@@ -279,13 +284,15 @@ line_list find_lines(const transition& t, double kt, double threshold, double se
   search over(t, kt);
   line_list list;
   list.complete_above = 1.0;
-  for (double above = std::max(first_threshold, threshold);;
-       above = std::max(above * threshold_ratio, threshold)) {
+  std::vector<double> thresholds;
+  for (const double above : first_thresholds)
+    if (above > threshold) thresholds.push_back(above);
+  thresholds.push_back(threshold);
+  for (const double above : thresholds) {
     if (!over.run(above, end)) break;
     list.lines = std::move(over.lines());
     list.complete_above = above;
     list.finished = above == threshold;
-    if (list.finished) break;
   }
   list.marginals = over.marginals();
   std::ranges::sort(list.lines, [](const vibronic_line& a, const vibronic_line& b) {

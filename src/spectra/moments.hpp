@@ -1,16 +1,18 @@
 // Exact mean and standard deviation of a line shape, and the modes that make them.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "spectra/transition.hpp"  // for transition
 
 namespace vbn {
 
-// The part of a pair of modes in the mean.
-struct pair_share {
-  int initial = 0, final = 0;  // mode of i, mode of f; `final` is 0 for the sum over f less the own part of i
-  double energy = 0.0;         // hartree
+// What a mode adds to a moment, or a mode of i together with one of f.
+struct mode_part {
+  int mode = 0;
+  int final = 0;  // the mode of f of a pair; 0 for the sum over all of them
+  double value = 0.0;
 };
 
 // Energies in hartree from the 0-0 line.
@@ -25,8 +27,16 @@ struct line_moments {
 // the variance sum g_k^2 s_k + sum H_kl^2 s_k s_l/2 (Kubo and Toyozawa, 1955).
 line_moments moments_of(const transition& t, double kt);
 
-// The modes of i whose share of the mean grows most between 0 and `kt`, the largest first, at most `count`;
-// each followed by the `pairs` of modes of f onto which it falls.
-std::vector<pair_share> growth_of_mean(const transition& t, double kt, std::size_t count, std::size_t pairs);
+// The largest parts of the moments, the largest first and at most `count` of each.
+struct moment_parts {
+  std::vector<mode_part> reorganisation;  // hartree, of the modes of f
+  std::vector<mode_part> growth;          // hartree: of the mean, between 0 and kt, of the modes of i
+  std::vector<mode_part> variance;        // share, of the modes of i
+};
+
+// Which modes make the moments at `kt`. Each mode of `growth` is followed by the `pairs` modes of f onto
+// which it falls: the energy of a pair is J_kl^2 w_f,l^2 s_k/2, that of the mode their sum less its own part
+// w_i,k^2 s_k/2.
+moment_parts parts_of_moments(const transition& t, double kt, std::size_t count, std::size_t pairs);
 
 }  // namespace vbn

@@ -21,12 +21,16 @@ namespace vbn {
 namespace {
 
 constexpr double band_reach = 8.0;     // standard deviations that the times must hold
+constexpr double held_quanta = 2.0;    // of the stiffest mode, that they must hold too
 constexpr double written_reach = 5.0;  // standard deviations that are written
 constexpr double points_a_width = 20.0;
-constexpr double window = 500.0;    // cm-1
-constexpr double odd_growth = 0.5;  // of the mean with temperature, over the standard deviation at 0 K
-constexpr std::size_t culprits = 3, pairs_of_culprit = 3;
-constexpr double most_memory = 4.0e9;  // bytes
+constexpr double window = 500.0;        // cm-1
+constexpr double odd_growth = 0.5;      // of the mean with temperature, over the standard deviation at 0 K
+constexpr double least_growth = 100.0;  // cm-1
+constexpr double least_share = 0.05;    // of the growth, of a mode that is named
+constexpr std::size_t named_modes = 3;
+constexpr std::size_t named_pairs = 3;
+constexpr double most_memory = 2.0e9;  // bytes
 constexpr double most_energies = 2.0e7;
 
 std::string whole(double number) { return std::to_string(std::llround(number)); }
@@ -35,29 +39,43 @@ double seconds_since(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+// The mode of state 1 that overlaps most with the mode (its place) of the initial state.
+int mode_to_leave_out(const direction& d, const vibration_pair& v, int mode) {
+  if (d.absorption) return d.mode_i[static_cast<std::size_t>(mode - 1)];
+  int most = 1;
+  for (int g = 2; g <= v.n(); ++g)
+    if (std::abs(v.s(g, mode)) > std::abs(v.s(most, mode))) most = g;
+  return v.mode_g[static_cast<std::size_t>(most - 1)];
+}
+
 // Warns where the harmonic surfaces widen the band with temperature more than motion can.
-void judge_growth(const direction& d, thermal_band& at, const messages& say) {
+void judge_growth(const direction& d, const thermal_band& at, const vibration_pair& v, const messages& say) {
   const line_moments cold = moments_of(d.t, 0.0);
-  if (std::abs(at.exact.mean - cold.mean) <= odd_growth * cold.sd) return;
-  const double kt = at.temperature * kelvin_to_au;
-  at.growth = growth_of_mean(d.t, kt, culprits, pairs_of_culprit);
+  const double growth = at.exact.mean - cold.mean;
+  if (std::abs(growth) <= std::max(odd_growth * cold.sd, least_growth / au_to_cm)) return;
   std::string modes;
-  for (const pair_share& share : at.growth) {
-    if (share.final != 0) continue;
-    modes += (modes.empty() ? "" : ", ") + with_digits(d.t.w_i(share.initial) * au_to_cm, 1) + " cm-1 (" +
-             whole(share.energy * au_to_cm) + " cm-1 of it)";
+  std::string to_leave;
+  for (const mode_part& part : at.parts.growth) {
+    if (part.final != 0 || part.value < least_share * growth) continue;
+    modes += (modes.empty() ? "mode " : ", mode ") +
+             std::to_string(d.mode_i[static_cast<std::size_t>(part.mode - 1)]) + " (" +
+             with_digits(d.t.w_i(part.mode) * au_to_cm, 1) + " cm-1; " + whole(part.value * au_to_cm) +
+             " cm-1 of it)";
+    to_leave += (to_leave.empty() ? "" : ", ") + std::to_string(mode_to_leave_out(d, v, part.mode));
   }
   say.warn("the mean of the " + std::string(d.absorption ? "absorption" : "decay") + " at " +
            with_digits(at.temperature, 2) + " K is " + whole(at.exact.mean * au_to_cm) + " cm-1, at 0 K " +
            whole(cold.mean * au_to_cm) +
-           " cm-1 from the 0-0 line: the harmonic surfaces do not hold for the motion of the modes at " +
-           modes + "; leave them out (leave_out), or use 0 K");
+           " cm-1 from the 0-0 line: the harmonic surfaces do not hold for the motion of " + modes +
+           " of state " + (d.absorption ? "1" : "2") + "; leave_out = " + to_leave +
+           " leaves the motion out, or use 0 K");
 }
 
 void bound_memory(const direction& d, const std::string& file) {
   const auto n = static_cast<double>(d.t.n());
   const auto points = static_cast<double>(d.grid.points);
-  const double values = points * (sizeof(correlation_value) + (d.o.v.size() > 0 ? n * sizeof(complex) : 0.0));
+  const double values = static_cast<double>(d.thermal.size()) * points *
+                        (sizeof(correlation_value) + (d.o.v.size() > 0 ? n * sizeof(complex) : 0.0));
   if (values < most_memory && static_cast<double>(d.grid.size) < most_energies) return;
   fail({.what = "the bands need " + whole(points) + " times and " + whole(static_cast<double>(d.grid.size)) +
                 " energies, more than fit into memory",
@@ -82,7 +100,9 @@ std::pair<double, double> reach_of(const direction& d, const spectrum_results& r
 // The grid from the exact moments, the range that is written, and the widths.
 void set_grid(direction& d, const spectrum_results& r, const std::string& file) {
   set_range(d, r, file);
-  const auto [low, high] = reach_of(d, r, band_reach);
+  auto [low, high] = reach_of(d, r, band_reach);
+  // A narrow band of strong lines may have weak ones far from them.
+  high = std::max(high, held_quanta * *std::ranges::max_element(d.t.w_f));
   d.grid = choose_grid(std::min(low, d.low), std::max(high, d.high), energy_step(r.widths),
                        d.offset(r.gap.value_or(0.0)), r.widths);
   bound_memory(d, file);
@@ -143,7 +163,7 @@ void compare_lines(direction& d, const spectrum_results& r) {
   const std::vector<double> f = band(d.grid, column(at->chi, false), width);
   const double step = window / au_to_cm;
   for (double low = std::floor(d.low / step) * step; low < d.high; low += step) {
-    window_share share{low, 0.0, 0.0};
+    window_share share{low, low + step, 0.0, 0.0};
     for (std::size_t i = 0; i < f.size(); ++i) {
       // A point carries the part of its energy interval that is in the window.
       const double a = std::max(d.grid.energy(i) - 0.5 * d.grid.energy_step, low);
@@ -320,13 +340,16 @@ spectrum_results calculate_spectra(const vibration_pair& v, const spectrum_opera
     if (!(absorption ? keys.wants("absorption") : decays)) continue;
     direction d;
     d.absorption = absorption;
+    d.mode_i = absorption ? v.mode_g : v.mode_e;
+    d.mode_f = absorption ? v.mode_e : v.mode_g;
     d.t = absorption ? absorption_of(v) : decay_of(v);
     d.o = absorption ? o.absorption : o.decay;
     for (const double temperature : keys.temperature) {
       thermal_band at;
       at.temperature = temperature;
       at.exact = moments_of(d.t, temperature * kelvin_to_au);
-      judge_growth(d, at, say);
+      at.parts = parts_of_moments(d.t, temperature * kelvin_to_au, named_modes, named_pairs);
+      judge_growth(d, at, v, say);
       d.thermal.push_back(std::move(at));
     }
     set_grid(d, r, file);

@@ -10,7 +10,7 @@
 #include "spectra/band.hpp"         // for line_width, time_grid
 #include "spectra/correlation.hpp"  // for correlation
 #include "spectra/lines.hpp"        // for line_list
-#include "spectra/moments.hpp"      // for line_moments, pair_share
+#include "spectra/moments.hpp"      // for line_moments, moment_parts
 #include "spectra/transition.hpp"   // for transition, transition_operator
 #include "spectra/vibrations.hpp"   // for vibration_pair
 #include "text/messages.hpp"        // for messages
@@ -29,21 +29,22 @@ struct thermal_band {
   correlation chi;
   std::vector<shaped_band> bands;  // one a width
   double sum = 0.0, mean = 0.0,
-         sd = 0.0;                 // of the first band, hartree; sd less the broadening, Gaussian only
-  std::vector<pair_share> growth;  // where the mean grows too much with temperature
+         sd = 0.0;     // of the first band, hartree; sd less the broadening, Gaussian only
+  moment_parts parts;  // which modes make the exact moments
   double seconds = 0.0;
 };
 
 // What share of the exact band the lines hold in a window of energies.
 struct window_share {
-  double low = 0.0;    // hartree from the 0-0 line
-  double exact = 0.0;  // integral of the band
+  double low = 0.0, high = 0.0;  // hartree from the 0-0 line
+  double exact = 0.0;            // integral of the band
   double lines = 0.0;
 };
 
 // Absorption, or emission and the other decays.
 struct direction {
   bool absorption = true;
+  std::vector<int> mode_i, mode_f;  // numbers of the modes of the initial and of the final state
   transition t;
   transition_operator o;
   time_grid grid;

@@ -1,10 +1,10 @@
 // Whole runs against stored results, number by number.
 //
 // A folder below `expected` holds an input, whose first line names where its other files are:
-// "! examples/NAME", "! real_data/NAME", or "! here". Its folder `written` holds what the run writes;
-// `printed` is the exit status, standard output and the error stream. scripts/make-expected makes these
-// files. In them '?' is a digit that the physics leaves open, a line of one '?' any line, and "..." any
-// number of lines to the end.
+// "! examples/NAME", "! real_data/NAME", or "! here", and after a blank the program when it is not vbn. Its
+// folder `written` holds what the run writes; `printed` is the exit status, standard output and the error
+// stream. scripts/make-expected makes these files. In them '?' is a digit that the physics leaves open, a
+// line of one '?' any line, and "..." any number of lines to the end.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -64,7 +64,11 @@ class expected : public testing::TestWithParam<std::string> {};
 TEST_P(expected, files_and_texts_come_out) {
   const whole_run stored(fs::path(VBN_EXPECTED) / GetParam() / "written");
   whole_run run(fs::path(VBN_EXPECTED) / GetParam());
-  const std::string place = lines_of(run.read("run.inp")).at(0).substr(2);
+  std::string place = lines_of(run.read("run.inp")).at(0).substr(2);
+  if (const std::size_t blank = place.find(' '); blank != std::string::npos) {
+    run.program = place.substr(blank + 1);
+    place.resize(blank);
+  }
   if (place.starts_with("examples/")) run.add(fs::path(VBN_EXAMPLES).parent_path() / place);
   if (place.starts_with("real_data/")) {
     VBN_NEEDS_REAL_DATA();

@@ -41,8 +41,8 @@ void whole_run::run(const std::string& input, const std::string& before) {
   const fs::path printed = folder_ / ".out";
   const fs::path erred = folder_ / ".err";
   const std::string argument = input.empty() ? "" : " '" + input + "'";
-  const std::string command = "cd '" + folder_.string() + "' && " + before + " '" VBN_BINARY "'" + argument +
-                              " > '" + printed.string() + "' 2> '" + erred.string() + "'";
+  const std::string command = "cd '" + folder_.string() + "' && " + before + " '" VBN_BINARIES "/" + program +
+                              "'" + argument + " > '" + printed.string() + "' 2> '" + erred.string() + "'";
   const int result = std::system(command.c_str());
   status = WIFEXITED(result) ? WEXITSTATUS(result) : 128 + WTERMSIG(result);
   out = read(".out");

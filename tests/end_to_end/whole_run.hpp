@@ -17,8 +17,8 @@ class whole_run {
   whole_run(const whole_run&) = delete;
   whole_run& operator=(const whole_run&) = delete;
 
-  // Runs `vbn input` in the folder. `input` empty: without an argument. `before` goes before the command, for
-  // the shell.
+  // Runs `program input` in the folder. `input` empty: without an argument. `before` goes before the command,
+  // for the shell.
   void run(const std::string& input, const std::string& before = {});
 
   std::filesystem::path path(const std::string& file) const { return folder_ / file; }
@@ -31,6 +31,7 @@ class whole_run {
   std::map<std::string, std::string> files() const;
   std::map<std::string, std::string> results() const;
 
+  std::string program = "vbn";
   int status = -1;
   std::string out;
   std::string err;

@@ -361,6 +361,13 @@ TEST(spectra, hard_transitions_have_their_closed_forms) {
       }
     }
   }
+  const line_list lines = find_lines(modes({1000, 700}, {1000, 700}, {displaced(1000, 1000), 0}), 0, 5e-3, 60);
+  EXPECT_TRUE(lines.finished);
+  EXPECT_EQ(lines.lines.size(), 86u);
+  for (const vibronic_line& line : lines.lines) {
+    const int m = line.final.at(0).quanta;
+    EXPECT_NEAR(line.strength / std::exp(m * std::log(1000.0) - 1000 - std::lgamma(m + 1.0)), 1, 1e-10) << m;
+  }
 }
 
 // The lines of both directions have the same overlaps, with the populations of their own initial levels.
