@@ -6,8 +6,11 @@
 
 #include "app/stage_clock.hpp"             // for stage_clock
 #include "checks/atom_order.hpp"           // for warn_of_atom_order
+#include "checks/coordinate_effects.hpp"   // for warn_of_linear_bends, warn_of_routes
+#include "checks/orientation.hpp"          // for warn_of_symmetry_axes and the other tests of frames
 #include "checks/sources.hpp"              // for require_one_molecule, warn_of_sources
 #include "checks/plausibility.hpp"         // for warn_of_files, warn_of_modes
+#include "checks/symmetry_effects.hpp"     // for warn_of_near_symmetry and the other effects of symmetry
 #include "couplings/dipole.hpp"            // for get_tdipd, proj_dip
 #include "couplings/nacme.hpp"             // for get_nacme
 #include "couplings/nacme_file.hpp"        // for get_nacme_n3
@@ -135,9 +138,10 @@ void read_couplings(run_data& run) {
 }
 
 // Gives both states the force constants of one; each keeps its own geometry and masses.
-void select_force_constants(array1<states>& state, int select_state) {
+void select_force_constants(array1<states>& state, int select_state, const messages& say) {
   if (select_state != 1 && select_state != 2) return;
   states& to = state(3 - select_state);
+  warn_of_copied_force_constants(state(select_state), to, say);
   to.force.set_fc(to.atoms.sqtmass, state(select_state).force.fc());
 }
 
@@ -146,6 +150,19 @@ void print_coords(run_data& run, const std::string& frame) {
     print_coord(run.fout, run.state(k).atoms, k,
                 frame + " Coordinate (Angstrom) for state " + std::to_string(k));
   }
+}
+
+// Searches the point group of a state, and makes the state symmetric where that is asked for.
+void search_symmetry(run_data& run, int k) {
+  const input_data& input = run.input;
+  states& it = run.state(k);
+  const array2<double> x = it.atoms.x;
+  with_file(it.file.ffreq, [&] { get_enforce_symm(input.enforce_symm, input.symm_tol, it, run.say); });
+  if (input.enforce_symm) {
+    // Of the force constants as read, before the frame of the state has changed.
+    warn_of_enforcement(it, k, x, it.modes.freq0, it.atoms.x, frequencies_of(it.force.fcm()), run.say);
+  }
+  if (input.enforce_symm || input.point_group) warn_of_near_symmetry(it, k, input.symm_tol, run.say);
 }
 
 // Moves each state to its own inertial frame and removes translations and rotations.
@@ -157,9 +174,7 @@ void bring_to_frames(run_data& run) {
       get_isotope(it.file, max_list, input.mass_atom, input.mass_type, it.atoms, it.force);
   }
   for (states& it : run.state) get_inertial(it, run.say);
-  for (states& it : run.state) {
-    with_file(it.file.ffreq, [&] { get_enforce_symm(input.enforce_symm, input.symm_tol, it, run.say); });
-  }
+  for (int k = 1; k <= 2; ++k) search_symmetry(run, k);
   for (states& it : run.state) {
     // The forces of the other layer fix the position of an ONIOM state, so it is not projected.
     if (!it.file.ifoniom) get_proj_hessian(it.atoms, input.proj_hessian, it.force, run.say);
@@ -167,19 +182,25 @@ void bring_to_frames(run_data& run) {
   }
 }
 
-// Rotates state 1 onto state 2.
-void align_states(run_data& run) {
+// Rotates state 1 onto state 2, and returns the rotation.
+array2<double> align_states(run_data& run) {
   const input_data& input = run.input;
   states& g = run.state(1);
   const array2<double> rot =
       do_eckart(g.atoms.x, run.state(2).atoms.x, g.atoms.mass, input.set_eckart_order, run.fout);
   rotate_state(rot, input.do_nacme && input.proj_nacme == 1, input.do_tdipd && input.proj_tdipd == 1, g);
   print_coords(run, "Eckart  ");
+  return rot;
 }
 
 // Computes frequencies and modes, and their representations.
 void find_modes(run_data& run) {
-  if (run.input.eckart_rot == 2) align_states(run);
+  const array2<double> before = run.input.point_group ? run.state(1).atoms.x : array2<double>();
+  if (run.input.eckart_rot == 2) {
+    const array2<double> rot = align_states(run);
+    if (run.input.point_group)
+      run.other_axes = warn_of_symmetry_axes(run.state(1), before, rot, run.input.symm_tol, run.say);
+  }
   print_coords(run, "Inertial");
   for (states& it : run.state) get_freq(it.force, it.modes);
   for (int k = 1; k <= 2; ++k) {
@@ -188,7 +209,12 @@ void find_modes(run_data& run) {
   }
   warn_of_modes(run.state, run.for_tables, run.say);
   if (!run.input.point_group) return;
-  for (states& it : run.state) get_point_group(it.atoms.sqtmass, it.symmetry, it.force, it.modes);
+  for (int k = 1; k <= 2; ++k) {
+    states& it = run.state(k);
+    const array2<double> whole = it.force.fcm();
+    get_point_group(it.atoms.sqtmass, it.symmetry, it.force, it.modes);
+    if (run.input.eckart_rot == 2 && !run.other_axes) warn_of_dropped_elements(run.state, k, whole, run.say);
+  }
   for (const states& it : run.state) {
     with_file(it.file.ffreq, [&] { print_point_group(it, run.fout, run.say); });
   }
@@ -210,15 +236,34 @@ void find_internal_coordinates(run_data& run) {
     if (input.proj_f0) get_proj_f0(it.basis.bm, it.force);
 }
 
+// Warns of frames, axes, rows and distances that make the relation of the modes unreliable.
+void warn_of_relation(run_data& run) {
+  const input_data& input = run.input;
+  if (input.point_group && !run.other_axes) warn_of_representations(run.state, run.say);
+  const bool rotated = input.eckart_rot == 1 || input.eckart_rot == 2;
+  const bool chosen = rotated && input.set_eckart_order >= 1 && input.set_eckart_order <= 4;
+  run.apart = !chosen && warn_of_alignment(run.state(1).atoms.x, run.state(2).atoms.x, rotated, run.say);
+  for (int k = 1; k <= 2; ++k) {
+    if (!run.apart) warn_of_equal_moments(run.state(k), k, input.point_group, run.say);
+    warn_of_missing_rows(run.state(k), k, run.say);
+  }
+  if (!run.apart && !run.other_order) warn_of_distance(run.state, run.say);
+}
+
 // Computes the Duschinsky matrix and the displacements, pairs the modes and sets their signs.
 void relate_modes(run_data& run) {
   const input_data& input = run.input;
-  if (input.eckart_rot == 1) align_states(run);
+  if (input.eckart_rot == 1) {
+    const array2<double> rot = align_states(run);
+    if (!input.set_cart) run.late_rotation = warn_of_late_rotation(rot, run.say);
+  }
+  if (input.same_hessian == 1) warn_of_copied_modes(run.state(1).modes, run.state(2).modes, run.say);
+  if (input.same_hessian == 2) warn_of_copied_modes(run.state(2).modes, run.state(1).modes, run.say);
   use_same_hessian(run.state, input.same_hessian);
   get_vbn(run.state, input, run.say);
   set_positive_diag(run.state, input.positive_diag, input, run.say);
   set_proper_rotation(run.state, input.proper_rotation, input, run.say);
-  if (!run.other_order) warn_of_distance(run.state, run.say);
+  warn_of_relation(run);
 }
 
 void require_state(int proj, const char* key, const text<200>& file) {
@@ -263,7 +308,7 @@ void relate_states(run_data& run) {
   read_states(run);
   section_ends("files and raw frequencies", "couplings and keys");
   read_couplings(run);
-  select_force_constants(run.state, input.select_state);
+  select_force_constants(run.state, input.select_state, run.say);
   with_file(input.finp, [&] { check(run.input, run.state(1).atoms.natom, run.say); });
   section_ends("couplings and keys", "inertial frames");
   bring_to_frames(run);
@@ -284,7 +329,8 @@ void compare_internal_coordinates(run_data& run) {
   check_int_coord(run.state, run.input.d_sign_same_to_cart, run.say);
   print_differences(run.state(1), run.state(2), run.fout);
   if (run.input.proj_reorg) run.reorganisation = proj_reorg_ene(run.state);
-  warn_of_routes(run.state, run.say);
+  warn_of_linear_bends(run.state, run.say);
+  if (!run.apart) warn_of_routes(run.state, run.input, run.late_rotation, run.say);
   clock.ends("internal displacements");
 }
 

@@ -20,7 +20,10 @@ struct run_data {
   output_file fout;         // the log
   messages say;
   bool for_tables = true;    // the modes go to the tables, with what they leave out or do not rotate
+  bool apart = false;        // the states are in different orientations; a warning has said so
   bool other_order = false;  // the atoms of the states do not correspond; a warning has said so
+  bool other_axes = false;  // the representations of state 1 are not those of its axes; a warning has said so
+  bool late_rotation = false;  // the internal coordinates of state 1 have other axes; a warning has said so
 
   // With couplings: in every form along the modes of state 1, from the vectors as read and in the final
   // frame.

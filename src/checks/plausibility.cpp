@@ -17,12 +17,10 @@ namespace vbn {
 namespace {
 
 constexpr double frame_limit = 0.005;  // largest relative change of the forces by a rotation of the molecule
-constexpr double linear_limit = 1.0e-3;    // distance from the axis of a linear molecule, bohr
-constexpr double near_zero = 10.0;         // cm-1; a mode below it is not a vibration, or a very soft one
-constexpr double far_apart = 0.3;          // root mean square distance of the geometries, angstrom
-constexpr double little_alike = 0.35;      // mean square of the largest overlap of each mode
-constexpr double routes_ratio = 1.5;       // totals of the two routes
-constexpr double routes_difference = 200;  // the same, cm-1
+constexpr double linear_limit = 1.0e-3;  // distance from the axis of a linear molecule, bohr
+constexpr double near_zero = 10.0;       // cm-1; a mode below it is not a vibration, or a very soft one
+constexpr double far_apart = 0.3;        // root mean square distance of the geometries, angstrom
+constexpr double little_alike = 0.35;    // mean square of the largest overlap of each mode
 
 bool is_linear(const states& state) {
   array2<double> x = state.atoms.x;
@@ -63,9 +61,11 @@ void warn_of_modes(const array1<states>& state, bool for_tables, const messages&
       if (std::abs(freq) <= near_zero) ++zero;
     }
     if (imaginary > 0) {
-      say.warn(of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
-               with_digits(au_to_cm * it.modes.freq(1), 2) +
-               " cm-1; they come first and move translations or rotations to higher numbers");
+      say.warn(
+          of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
+          with_digits(au_to_cm * it.modes.freq(1), 2) +
+          " cm-1; they come first and move translations or rotations to higher numbers, which then count in "
+          "Delta DUSH and in the sums over vibrations");
     }
     if (zero > external_modes) {
       say.warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " +
@@ -97,19 +97,6 @@ void warn_of_distance(const array1<states>& state, const messages& say) {
   if (alike < little_alike) {
     say.warn("the modes of the two states hardly resemble each other (mean square of the largest overlaps " +
              with_digits(alike, 2) + "): another conformer or another order of the atoms");
-  }
-}
-
-void warn_of_routes(const array1<states>& state, const messages& say) {
-  for (int k = 1; k <= 2; ++k) {
-    const double cart = au_to_cm * state(k).cart.lamt;
-    const double dint = au_to_cm * state(k).dint.lamt;
-    const double low = std::min(cart, dint);
-    const double high = std::max(cart, dint);
-    if (high - low < routes_difference || high < routes_ratio * low) continue;
-    say.warn(of_state(state(k), k) + ": the total reorganisation energy is " + with_digits(cart, 1) +
-             " cm-1 with Cartesian and " + with_digits(dint, 1) +
-             " cm-1 with internal coordinates; the motion is too large for at least one of the two");
   }
 }
 

@@ -20,7 +20,4 @@ void warn_of_modes(const array1<states>& state, bool for_tables, const messages&
 // After the Duschinsky matrix: geometries far apart, or modes that do not resemble each other.
 void warn_of_distance(const array1<states>& state, const messages& say);
 
-// After the internal route: total reorganisation energies of the two routes that differ by much.
-void warn_of_routes(const array1<states>& state, const messages& say);
-
 }  // namespace vbn

@@ -262,6 +262,8 @@ void warn_of_values(const input_data& input, int natom, const messages& say) {
     say.warn(input.finp.str() + ": " + choice.name + " = " + std::to_string(choice.given) +
              " has no meaning and counts as " + choice.meaning);
   }
+  if (input.proj_f0)
+    say.warn(input.finp.str() + ": proj_f0 changes no result: frequencies, modes and tables do not use it");
   const auto last_mass = [](const array1<double>& mass) {
     int last = mass.size();
     while (last > 0 && !(mass(last) > 0.0)) --last;

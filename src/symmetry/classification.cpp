@@ -63,7 +63,8 @@ void print_comparison(const normal_modes& modes, const symmetry_data& symmetry, 
       say.warn(
           "the Hessian does not have the symmetry of point group " + symmetry.new_pgrp.str() +
           " in the present axes: if the default eckart_rot = 2 has rotated state 1 away from its symmetry "
-          "axes, use eckart_rot = 1; if the Hessian itself is not symmetric, use enforce_symm = t");
+          "axes, use eckart_rot = 1 with set_cart = t; if the Hessian itself is not symmetric, use "
+          "enforce_symm = t");
       stop_printed(free_line({"Symmetric diagonalization are not same as diagonalization"}) +
                    lines_of(row, {irrep, nosymm, symm_diag}) + free_line({"Stop!"}));
     }
