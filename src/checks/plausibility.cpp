@@ -61,11 +61,11 @@ void warn_of_modes(const array1<states>& state, bool for_tables, const messages&
       if (std::abs(freq) <= near_zero) ++zero;
     }
     if (imaginary > 0) {
-      say.warn(
-          of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
-          with_digits(au_to_cm * it.modes.freq(1), 2) +
-          " cm-1; they come first and move translations or rotations to higher numbers, which then count in "
-          "Delta DUSH and in the sums over vibrations");
+      say.warn(of_state(it, k) + ": " + std::to_string(imaginary) + " imaginary frequencies, the lowest " +
+               with_digits(au_to_cm * it.modes.freq(1), 2) + " cm-1" +
+               (for_tables ? "; they come first and move translations or rotations to higher numbers, which "
+                             "then count in Delta DUSH and in the sums over vibrations"
+                           : ""));
     }
     if (zero > external_modes) {
       say.warn(of_state(it, k) + ": " + std::to_string(zero) + " frequencies below " +
