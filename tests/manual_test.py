@@ -36,14 +36,14 @@ class Manual(unittest.TestCase):
     def setUp(self):
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
 
-    def run_in(self, example, group):
+    def run_in(self, example, group, program=None):
         shutil.copytree(EXAMPLES / example, self.folder, dirs_exist_ok=True)
         for names, source in zip((STATE_1, STATE_2), STATES[example]):
             for name in names:
                 if name != source:
                     shutil.copy(EXAMPLES / example / source, self.folder / name)
         (self.folder / 'my.inp').write_text(group)
-        return subprocess.run([PROGRAM, 'my.inp'], cwd=self.folder, capture_output=True, text=True)
+        return subprocess.run([program or PROGRAM, 'my.inp'], cwd=self.folder, capture_output=True, text=True)
 
     def section(self, file, begin, end):
         return [row.split() for row in
@@ -55,7 +55,12 @@ class Manual(unittest.TestCase):
         for page, group in groups:
             example = 'naphthalene' if 'def_add' in group else 'glyoxal' if 'fnacme' in group else 'formaldehyde'
             with self.subTest(page=page, group=group):
-                run = self.run_in(example, group.replace('nac.out', 'nac_molpro.out'))
+                group = group.replace('nac.out', 'nac_molpro.out')
+                if '&spectrum' in group:
+                    run = self.run_in(example, group, PROGRAM.parent / 'vbn-spectrum')
+                    self.assertEqual((run.returncode, run.stderr), (0, ''))
+                    self.assertTrue((self.folder / 'vbn.absorption.csv').exists())
+                run = self.run_in(example, group)
                 self.assertEqual((run.returncode, run.stdout, run.stderr), (0, '', ''))
                 self.assertIn('END_DUSH_2', (self.folder / 'vbn.cart.dat').read_text())
 
