@@ -14,7 +14,7 @@
 numpy arrays, made once and not to be written to; atoms, modes and states count from 0 in them (in keys they count
 from 1, as in input files). Warnings of the analysis are Python warnings, of the kind `ResultWarning`; what cannot be
 analysed raises `Error`. Nothing is printed, and no file is written except by the methods that are asked to. `vbn.plot`
-draws pictures with matplotlib.
+draws pictures with matplotlib, and `vbn.report` makes a page with tables and pictures.
 
 The analysis does not hold the interpreter lock, so that threads run side by side. While one runs, the BLAS has one
 thread, which makes the last bits of a result independent of the number of cores."""

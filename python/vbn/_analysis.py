@@ -219,7 +219,7 @@ class Analysis(_Values):
         the eigenvector over the root of the mass, each mode of length 1.
 
         The ending of the path decides: .xyz or .extxyz extended XYZ, a frame for each mode (ASE, OVITO, Jmol); .cjson
-        Chemical JSON (Avogadro 2); .molden Molden. modes: a list of modes from 0; without it all from 6 on."""
+        Chemical JSON (Avogadro 2); .molden Molden. modes: a list of modes from 0; without it all vibrations."""
         replace_file(path, modes_text(self, path, state, modes))
 
     def write_geometries(self, path):
@@ -243,12 +243,12 @@ class Analysis(_Values):
         return '\n'.join(lines)
 
 
-def replace_file(path, text):
-    """Writes the text; a file of this name is replaced when the new one is complete."""
+def replace_file(path, content):
+    """Writes a text or bytes; a file of this name is replaced when the new one is complete."""
     part = f'{os.fspath(path)}.{os.getpid()}.{threading.get_ident()}.part'
     try:
-        with open(part, 'x', encoding='utf-8', errors='surrogateescape') as file:
-            file.write(text)
+        with open(part, 'xb') as file:
+            file.write(content if isinstance(content, bytes) else content.encode('utf-8', 'surrogateescape'))
         os.replace(part, path)
     except BaseException:
         if os.path.exists(part):

@@ -6,7 +6,16 @@ import os
 import numpy as np
 
 BOHR = 0.529177249  # angstrom
-FIRST_VIBRATION = 6  # modes before it count as translations and rotations
+LINEAR = 1.0e-3  # of the second extent of a molecule, as a fraction of the first, below which it is linear
+
+
+def vibrations(analysis, state):
+    """The modes of a state that are vibrations, in their order: all but the six nearest to zero, the translations and
+    rotations, or the five of a linear molecule."""
+    x = analysis.geometries[state]
+    extents = np.linalg.svd(x - x.mean(axis=0), compute_uv=False)
+    external = 5 if extents[1] < LINEAR * extents[0] else 6
+    return np.sort(np.argsort(abs(analysis.frequencies[state]), kind='stable')[external:])
 
 
 def cartesian_modes(analysis, state, modes):
@@ -68,7 +77,7 @@ def modes_text(analysis, path, state, modes):
     if state not in (0, 1):
         raise ValueError(f'the state must be 0 or 1, not {state}')
     count = len(analysis.pairs)
-    modes = list(range(FIRST_VIBRATION, count)) if modes is None else [range(count)[mode] for mode in modes]
+    modes = vibrations(analysis, state).tolist() if modes is None else [range(count)[mode] for mode in modes]
     return FORMATS[ending](analysis, state, modes, cartesian_modes(analysis, state, modes))
 
 

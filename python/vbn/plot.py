@@ -7,7 +7,7 @@
 Modes are numbered from 1 in labels, as in the tables of the program; arguments count from 0."""
 import numpy as np
 
-from vbn._viewer_files import FIRST_VIBRATION as FIRST, cartesian_modes
+from vbn._viewer_files import cartesian_modes, vibrations
 
 STATE_COLOURS = ('#3b6fb6', '#c8553d')
 # Colours and radii (angstrom) of the balls of common elements.
@@ -15,6 +15,7 @@ BALLS = {'H': ('#f2f2f2', 0.22), 'B': ('#e8a79c', 0.36), 'C': ('#555555', 0.34),
          'O': ('#cc2222', 0.32), 'F': ('#6ec05c', 0.30), 'Si': ('#c9a26b', 0.45), 'P': ('#e07b1f', 0.43),
          'S': ('#d8b520', 0.43), 'Cl': ('#2f9e44', 0.42), 'Br': ('#8a3324', 0.46)}
 OTHER_BALL = ('#9a6fb0', 0.45)
+TILT = np.radians(60.0)  # of the view of a motion along the line of sight
 
 
 def _axes(axes):
@@ -36,8 +37,9 @@ def _route(analysis, route):
 def _spikes(analysis, values, axes, label):
     axes = _axes(axes)
     for state, sign in ((0, -1.0), (1, 1.0)):
-        axes.vlines(analysis.frequencies[state][FIRST:], 0.0, sign * values[state][FIRST:], STATE_COLOURS[state],
-                    linewidth=2.0, label=f'state {state + 1}')
+        at = vibrations(analysis, state)
+        axes.vlines(analysis.frequencies[state][at], 0.0, sign * values[state][at], STATE_COLOURS[state], linewidth=2.0,
+                    label=f'state {state + 1}')
     axes.axhline(0.0, color='0.2', linewidth=0.8)
     axes.margins(y=0.25)
     axes.yaxis.set_major_formatter(lambda value, _: f'{abs(value):g}')
@@ -61,9 +63,10 @@ def reorganisation_energies(analysis, axes=None, route='cartesian'):
 def duschinsky(analysis, axes=None):
     """Magnitudes of the Duschinsky matrix of the vibrations, in the order of the pairs."""
     axes = _axes(axes)
+    rows, columns = (analysis.pairs[np.isin(analysis.pairs[:, k], vibrations(analysis, k)), k] for k in (0, 1))
     last = len(analysis.pairs) + 0.5
-    image = axes.imshow(np.abs(analysis.paired_duschinsky[FIRST:, FIRST:]), cmap='cividis', vmin=0.0, vmax=1.0,
-                        extent=(FIRST + 0.5, last, last, FIRST + 0.5), interpolation='nearest')
+    image = axes.imshow(np.abs(analysis.duschinsky[np.ix_(rows, columns)]), cmap='cividis', vmin=0.0, vmax=1.0,
+                        extent=(last - len(columns), last, last, last - len(rows)), interpolation='nearest')
     axes.figure.colorbar(image, ax=axes, label='|S|')
     axes.set_xlabel('pair (modes of state 2)')
     axes.set_ylabel('pair (modes of state 1)')
@@ -88,9 +91,15 @@ def internal_coordinates(analysis, axes=None, count=12):
     return axes
 
 
-def _view(analysis):
-    """The rotation (3, 3) after which the molecule is widest along x and thinnest along the line of sight, z."""
-    return np.linalg.svd(analysis.geometries.reshape(-1, 3), full_matrices=False)[2]
+def view_of(analysis, motion=None):
+    """The rotation (3, 3) after which the molecule is widest along x and thinnest along the line of sight, z; tilted
+    where a motion (N, 3) would mostly go along the line of sight."""
+    view = np.linalg.svd(analysis.geometries.reshape(-1, 3), full_matrices=False)[2]
+    view[2] *= np.sign(np.linalg.det(view))
+    if motion is not None and 2.0 * np.sum((motion @ view[2]) ** 2) > np.sum(motion ** 2):
+        cosine, sine = np.cos(TILT), np.sin(TILT)
+        view = np.array([[1.0, 0.0, 0.0], [0.0, cosine, sine], [0.0, -sine, cosine]]) @ view
+    return view
 
 
 def _draw(axes, analysis, state, view, colour=None):
@@ -116,7 +125,7 @@ def _draw(axes, analysis, state, view, colour=None):
 def geometries(analysis, axes=None):
     """The minima of both states over each other, outlined in the colours of the states."""
     axes = _axes(axes)
-    view = _view(analysis)
+    view = view_of(analysis)
     for state in (0, 1):
         _draw(axes, analysis, state, view, STATE_COLOURS[state])
         axes.plot([], [], color=STATE_COLOURS[state], label=f'state {state + 1}')
@@ -127,9 +136,10 @@ def geometries(analysis, axes=None):
 def mode(analysis, state, number, axes=None, length=1.0):
     """A mode of a state (both from 0) as arrows on the atoms; the longest is `length` angstrom."""
     axes = _axes(axes)
-    view = _view(analysis)
+    motion = cartesian_modes(analysis, state, [number])[0]
+    view = view_of(analysis, motion)
     x = _draw(axes, analysis, state, view)
-    arrows = cartesian_modes(analysis, state, [number])[0] @ view.T
+    arrows = motion @ view.T
     arrows *= length / np.linalg.norm(arrows, axis=1).max()
     seen = np.hypot(arrows[:, 0], arrows[:, 1]) > 0.08 * length
     axes.quiver(x[seen, 0], x[seen, 1], arrows[seen, 0], arrows[seen, 1], angles='xy', scale_units='xy', scale=1.0,
