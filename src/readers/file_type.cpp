@@ -189,6 +189,8 @@ constexpr kind_marker markers[] = {
     {file_kind::cfour, 0, "CFOUR Coupled-Cluster techniques", cfour_version, true},
     {file_kind::dalton, 0, "Dalton - An Electronic Structure Program", dalton_version, true},
     {file_kind::jaguar, 1, "&hess", no_version, true},
+    {file_kind::molden, 0, "[Molden Format]", no_version, true},
+    {file_kind::molden, 0, "[MOLDEN FORMAT]", no_version, true},
     {file_kind::psi4_hess, 0, "", no_version, true, is_psi4_hess},
     {file_kind::qcschema, 0, "", no_version, true, is_qcschema},
     {file_kind::ase_vibrations, 0, "", no_version, true, is_ase_vibrations},

@@ -42,7 +42,8 @@ enum class file_kind {
   bagel,
   cfour,
   dalton,
-  jaguar
+  jaguar,
+  molden
 };
 
 // A file of another program, opened and searched for its kind once, and passed to all readers of a state.

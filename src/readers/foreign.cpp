@@ -30,8 +30,6 @@ constexpr sign first_bytes[] = {
     {"$operating", "a control file of Turbomole; give what aoforce prints"},
     {"$title", "a control file of Turbomole; give what aoforce prints"},
     {"*PERTURBATIONS", "a file of OpenMolcas; give the whole .UnSym file"},
-    {"[Molden Format]", "a Molden file, which holds no force constants"},
-    {" [Molden Format]", "a Molden file, which holds no force constants"},
     {"{", "a JSON file, but no QCSchema result and no VibrationsData of ASE"},
 };
 

@@ -134,6 +134,10 @@ constexpr kind_readers kinds[] = {
      .job = ".VIBANA with the Hessian printed",
      .state = dalton_state},
     {.kind = file_kind::jaguar, .name = "JAGUAR", .job = "the .01.in file of ifreq=1", .state = jaguar_state},
+    {.kind = file_kind::molden,
+     .name = "MOLDEN",
+     .job = "normal modes in Molden format",
+     .state = molden_state},
 };
 
 }  // namespace

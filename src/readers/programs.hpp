@@ -132,5 +132,6 @@ file_state bagel_state(input_file& file);          // BAGEL (bagel.cpp)
 file_state cfour_state(input_file& file);          // CFOUR (cfour.cpp)
 file_state dalton_state(input_file& file);         // DALTON (cfour.cpp)
 file_state jaguar_state(input_file& file);         // the restart file of Jaguar (jaguar.cpp)
+file_state molden_state(input_file& file);         // normal modes alone (molden.cpp)
 
 }  // namespace vbn

@@ -89,6 +89,10 @@ const printed_case cases[] = {{"GAUSSIAN LOG", "gaussian_alone/h2o2.log", 0.05},
                               {"BAGEL", "bagel/formaldehyde_cation.out", 0.05},
                               {"CFOUR", "cfour/water_nosymm.out", 0.05},
                               {"DALTON", "dalton/divinylbenzene.out", 0.05, 2},
+                              {"MOLDEN", "openmolcas/formaldehyde_neutral.freq.molden", 0.05},
+                              {"MOLDEN", "openmolcas/formaldehyde_cation.freq.molden", 0.05},
+                              {"MOLDEN", "psi4/formaldehyde_neutral.molden_normal_modes", 0.05},
+                              {"MOLDEN", "psi4/formaldehyde_cation.molden_normal_modes", 0.05},
                               {"JAGUAR", "jaguar/divinylbenzene.01.in", 0.05}};
 
 TEST(more_programs, vibrations_have_the_frequencies_that_the_programs_printed) {
@@ -130,6 +134,7 @@ TEST(more_programs, a_pair_of_states_agrees_among_programs_and_between_them) {
       {"qchem/formaldehyde_neutral.out", "qchem/formaldehyde_cation.out"},
       {"psi4/formaldehyde_neutral.hess", "psi4/formaldehyde_cation.hess"},
       {"json_ase/formaldehyde_neutral.json", "json_ase/formaldehyde_cation.json"},
+      {"psi4/formaldehyde_neutral.molden_normal_modes", "psi4/formaldehyde_cation.molden_normal_modes"},
       {"bagel/formaldehyde_neutral.out", "bagel/formaldehyde_cation.out"}};
   for (const auto& one : programs)
     for (const auto& two : programs) {
