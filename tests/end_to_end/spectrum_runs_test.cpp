@@ -149,6 +149,23 @@ TEST(spectrum_runs, bands_do_not_depend_on_the_program_or_the_orientation) {
   }
 }
 
+// With Herzberg-Teller terms the dipole of the 0-0 line is one number, whichever state it is reached from.
+TEST(spectrum_runs, both_directions_have_the_same_dipole_at_the_origin) {
+  VBN_NEEDS_REAL_DATA();
+  const auto run =
+      spectrum_of("dipoles/naphthalene/turned.inp",
+                  "energy = 30000, energy_is = '0-0', range = 29990, 30010, fwhm = 5, temperature = 0");
+  const auto at_origin = [&](const char* file, const char* name) {
+    const columns table = table_of(run->read(file));
+    const auto& w = table.at("wavenumber_cm-1");
+    return table.at(name)[static_cast<std::size_t>(std::ranges::find(w, 30000) - w.begin())];
+  };
+  const double absorbed = at_origin("vbn.absorption.csv", "epsilon_0K_5") / (703.3011 * 30000);
+  const double emitted = at_origin("vbn.emission.csv", "photons_0K_5") / (2.0261e-6 * std::pow(30000.0, 3));
+  EXPECT_NEAR(emitted / absorbed, 1, 1e-4);
+  EXPECT_NEAR(absorbed / at_origin("vbn.absorption.csv", "F_0K_5") / 0.194, 1, 0.05);
+}
+
 TEST(spectrum_runs, threads_change_no_byte_and_stored_times_give_the_same_bands) {
   const std::filesystem::path example = std::filesystem::path(VBN_EXAMPLES) / "glyoxal";
   const std::string group =
