@@ -11,8 +11,8 @@ namespace vbn {
 
 namespace {
 
-constexpr int width = 24;  // columns of a block; a multiple of `group`
-constexpr int group = 4;   // columns whose products are subtracted together
+constexpr std::ptrdiff_t width = 24;  // columns of a block; a multiple of `group`
+constexpr int group = 4;              // columns whose products are subtracted together
 
 // Every clone does the same operations in the same order on each element, so all vector widths give the same
 // bits.
@@ -62,13 +62,13 @@ void scale(std::ptrdiff_t m, double by_re, double by_im, double* __restrict c_re
 
 // Factors the `m` x `columns` block whose columns are `m` apart, real and imaginary parts apart. The elements
 // of D L^T of its own rows are collected in `row`, column c at c `width`.
-void factor_block(std::ptrdiff_t m, int columns, ldlt_panel& p) {
-  for (int c = 0; c < columns; ++c) {
+void factor_block(std::ptrdiff_t m, std::ptrdiff_t columns, ldlt_panel& p) {
+  for (std::ptrdiff_t c = 0; c < columns; ++c) {
     double* const c_re = p.re.data() + c * m;
     double* const c_im = p.im.data() + c * m;
     const double* const w_re = p.row_re.data() + c * width;
     const double* const w_im = p.row_im.data() + c * width;
-    int k = 0;
+    std::ptrdiff_t k = 0;
     for (; k + group <= c; k += group) {
       subtract_group(m - c, m, p.re.data() + k * m + c, p.im.data() + k * m + c, w_re + k, w_im + k, c_re + c,
                      c_im + c);
@@ -77,7 +77,7 @@ void factor_block(std::ptrdiff_t m, int columns, ldlt_panel& p) {
       subtract_one(m - c, p.re.data() + k * m + c, p.im.data() + k * m + c, w_re[k], w_im[k], c_re + c,
                    c_im + c);
     }
-    for (int r = c + 1; r < columns; ++r) {  // D L^T before the column is divided by D
+    for (std::ptrdiff_t r = c + 1; r < columns; ++r) {  // D L^T before the column is divided by D
       p.row_re[static_cast<std::size_t>(r * width + c)] = c_re[r];
       p.row_im[static_cast<std::size_t>(r * width + c)] = c_im[r];
     }
@@ -97,24 +97,26 @@ void factor_ldlt(array2<complex>& a, ldlt_panel& p) {
   p.row_im.resize(p.row_re.size());
   const complex minus = -1.0;
   const complex one = 1.0;
-  for (int j = 1; j <= n; j += width) {
-    const int columns = std::min(width, n - j + 1);
+  for (int j = 1; j <= n; j += static_cast<int>(width)) {
+    const int columns = std::min(static_cast<int>(width), n - j + 1);
     const int m = n - j + 1;
     const int before = j - 1;
     if (before > 0)
       zgemm_("N", "N", &m, &columns, &before, &minus, &a(j, 1), &n, &a(1, j), &n, &one, &a(j, j), &n);
     for (int c = 0; c < columns; ++c) {
       const complex* const from = &a(j, j + c);
+      double* const re = p.re.data() + std::ptrdiff_t{c} * m;
+      double* const im = p.im.data() + std::ptrdiff_t{c} * m;
       for (int i = c; i < m; ++i) {
-        p.re[static_cast<std::size_t>(c * m + i)] = from[i].real();
-        p.im[static_cast<std::size_t>(c * m + i)] = from[i].imag();
+        re[i] = from[i].real();
+        im[i] = from[i].imag();
       }
     }
     factor_block(m, columns, p);
     for (int c = 0; c < columns; ++c) {
       complex* const to = &a(j, j + c);
-      const double* const re = p.re.data() + c * m;
-      const double* const im = p.im.data() + c * m;
+      const double* const re = p.re.data() + std::ptrdiff_t{c} * m;
+      const double* const im = p.im.data() + std::ptrdiff_t{c} * m;
       for (int i = c; i < m; ++i) to[i] = {re[i], im[i]};
       const complex d = to[c];
       for (int i = c + 1; i < m; ++i) {

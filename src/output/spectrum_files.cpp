@@ -5,7 +5,7 @@
 #include <numbers>
 
 #include "checks/wording.hpp"  // for with_digits
-#include "spectra/units.hpp"   // for au_to_cm, au_to_fs, absorption_factor
+#include "spectra/units.hpp"   // for au_to_cm, au_to_fs
 #include "text/joined.hpp"     // for joined
 #include "text/number.hpp"     // for shortest, write_scientific
 
@@ -50,39 +50,29 @@ void write_band(const spectrum_results& r, const direction& d, const spectrum_he
   output_file& file = files.open("vbn." + name + ".csv");
   write_head(file, r, head, "vibrationally resolved " + name);
   const bool dipole = d.o.mu0.size() == 3;
-  const bool intensity = r.gap.has_value() && dipole;
+  const bool absolute = r.gap.has_value() && dipole;
   file.line("# F: line shape in cm, its integral over wavenumbers is 1");
-  if (intensity && d.absorption) file.line("# epsilon: molar absorption coefficient in dm3 mol-1 cm-1");
-  if (intensity && !d.absorption)
+  if (absolute && d.absorption) file.line("# epsilon: molar absorption coefficient in dm3 mol-1 cm-1");
+  if (absolute && !d.absorption)
     file.line("# photons: emitted photons in 1/s per cm-1, their integral is the radiative rate");
   std::string columns = r.gap ? "wavenumber_cm-1,energy_eV,wavelength_nm" : "wavenumber_from_0-0_cm-1";
   for (const thermal_band& at : d.thermal) {
     for (std::size_t i = 0; i < at.bands.size(); ++i) {
       columns.append(",").append(column_name("F", r, at, i));
-      if (intensity) columns.append(",").append(column_name(d.absorption ? "epsilon" : "photons", r, at, i));
+      if (absolute) columns.append(",").append(column_name(d.absorption ? "epsilon" : "photons", r, at, i));
     }
   }
   file.line(columns);
-  const std::size_t size = d.grid.size;
-  for (std::size_t row = 0; row < size; ++row) {
-    const std::size_t i =
-        d.absorption || !r.gap ? row : size - 1 - row;  // by increasing energy of the photon
-    const double energy = d.grid.energy(i);
-    if (energy < d.low || energy > d.high) continue;
-    const double w = d.photon(energy, r.gap.value_or(0.0));
-    if (r.gap && w <= 0.0) continue;
+  for (const std::size_t i : written_energies(d, r.gap)) {
+    const double w = d.photon(d.grid.energy(i), r.gap.value_or(0.0));
     std::string line = with_digits(w * au_to_cm, 4);
     if (r.gap)
       line += joined({",", with_digits(w * au_to_ev, 7), ",", with_digits(cm_to_nm / (w * au_to_cm), 4)});
     for (const thermal_band& at : d.thermal) {
       for (const shaped_band& shaped : at.bands) {
         line.append(",").append(rounded(shaped.line_shape[i] / au_to_cm));
-        if (!intensity) continue;
-        const double f = shaped.dipole[i];
-        const double absorbed = absorption_factor * w * f;  // cm-1 x cm: the factors of the units cancel
-        const double emitted = 4.0 * w * w * w / (3.0 * std::pow(light_speed, 3)) * f *
-                               r.keys.refractive_index * au_to_rate / au_to_cm;
-        line.append(",").append(rounded(d.absorption ? absorbed : emitted));
+        if (!absolute) continue;
+        line.append(",").append(rounded(intensity(d, w, shaped.dipole[i], r.keys.refractive_index)));
       }
     }
     file.line(line);
@@ -141,7 +131,7 @@ void write_correlation(const spectrum_results& r, const spectrum_head& head, sta
               std::to_string(d.grid.size) + "," + std::to_string(d.grid.points));
     for (const thermal_band& at : d.thermal)
       file.line("#band," + name + "," + number(at.temperature) + "," + number(at.exact.mean) + "," +
-                number(at.exact.sd));
+                number(at.exact.sd) + "," + number(at.exact.reorganisation));
   }
   const direction& first = r.directions.front();
   const bool dipole = first.o.mu0.size() == 3;

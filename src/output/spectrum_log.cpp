@@ -79,11 +79,11 @@ void write_parts(const direction& d, output_file& out) {
   out.line("  reorganisation energy by modes of state " + final + ":" +
            parts_in_words(d.thermal.front().parts.reorganisation, d.mode_f, false));
   for (const thermal_band& at : d.thermal) {
-    out.line("  variance at " + shortest(at.temperature) + " K by modes of state " + initial + ":" +
-             parts_in_words(at.parts.variance, d.mode_i, true));
+    out.line(joined({"  variance at ", shortest(at.temperature), " K by modes of state ", initial, ":",
+                     parts_in_words(at.parts.variance, d.mode_i, true)}));
     if (at.temperature == 0.0) continue;
-    out.line("  growth of the mean from 0 to " + shortest(at.temperature) + " K by modes of state " +
-             initial + ", and onto which modes of state " + final);
+    out.line(joined({"  growth of the mean from 0 to ", shortest(at.temperature), " K by modes of state ",
+                     initial, ", and onto which modes of state ", final}));
     for (std::size_t i = 0; i < at.parts.growth.size();) {
       std::vector<mode_part> onto;
       const mode_part& of_mode = at.parts.growth[i];

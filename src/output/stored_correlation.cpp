@@ -60,12 +60,13 @@ void take_head_line(const input_file& from, const std::vector<std::string_view>&
     d.grid.step = 2.0 * pi_value / (static_cast<double>(d.grid.size) * d.grid.energy_step);
     r.directions.push_back(std::move(d));
   } else if (fields[0] == "#band") {
-    need(5);
+    need(6);
     if (r.directions.empty()) fail(from.here("a band before its grid", expected_form));
     thermal_band at;
     at.temperature = real_of(from, fields[2]);
     at.exact.mean = real_of(from, fields[3]);
     at.exact.sd = real_of(from, fields[4]);
+    at.exact.reorganisation = real_of(from, fields[5]);
     r.directions.back().thermal.push_back(std::move(at));
   }
 }

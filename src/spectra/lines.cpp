@@ -165,6 +165,7 @@ class search {
     for (int k = 1; k <= state_.modes(); ++k) found.emplace_back(-generator_of(state_, {k}).log_empty, k);
     std::ranges::sort(found);
     std::vector<int> order;
+    order.reserve(found.size());
     for (const auto& [empty, mode] : found) order.push_back(mode);
     return order;
   }

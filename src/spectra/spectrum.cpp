@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <limits>
 #include <mutex>
 #include <numbers>
 #include <thread>
@@ -87,8 +88,8 @@ void bound_memory(const direction& d, const std::string& file) {
 std::pair<double, double> reach_of(const direction& d, const spectrum_results& r, double reach) {
   double widest = 0.0;
   for (const line_width& width : r.widths) widest = std::max(widest, width.sigma + width.gamma);
-  double low = INFINITY;
-  double high = -INFINITY;
+  double low = std::numeric_limits<double>::infinity();
+  double high = -low;
   for (const thermal_band& at : d.thermal) {
     const double sd = std::hypot(at.exact.sd, widest);
     low = std::min(low, at.exact.mean - reach * sd);
@@ -139,7 +140,8 @@ std::vector<complex> column(const correlation& chi, bool dipole) {
 // Sum, mean and standard deviation of the first band.
 void measure(const direction& d, const line_width& width, thermal_band& at) {
   const std::vector<double>& f = at.bands.front().line_shape;
-  double first = 0.0, second = 0.0;
+  double first = 0.0;
+  double second = 0.0;
   at.sum = 0.0;
   for (std::size_t i = 0; i < f.size(); ++i) at.sum += f[i] * d.grid.energy_step;
   for (std::size_t i = 0; i < f.size(); ++i)
@@ -230,14 +232,19 @@ void add_crossings(spectrum_results& r, const messages& say) {
   }
 }
 
+// Emitted photons per unit of time and energy, atomic units.
+double emitted(double photon, double dipole, double refractive_index) {
+  return 4.0 * photon * photon * photon / (3.0 * std::pow(light_speed, 3)) * dipole * refractive_index;
+}
+
 // The integral of the emitted photons with the band `f`.
 double radiative(const direction& d, const std::vector<double>& f, const spectrum_results& r) {
   double sum = 0.0;
   for (std::size_t i = 0; i < f.size(); ++i) {
     const double w = d.photon(d.grid.energy(i), *r.gap);
-    if (w > 0.0) sum += 4.0 * w * w * w / (3.0 * std::pow(light_speed, 3)) * f[i] * d.grid.energy_step;
+    if (w > 0.0) sum += emitted(w, f[i], r.keys.refractive_index) * d.grid.energy_step;
   }
-  return sum * r.keys.refractive_index * au_to_rate;
+  return sum * au_to_rate;
 }
 
 }  // namespace
@@ -255,7 +262,7 @@ std::vector<line_width> widths_of(const spectrum_keys& keys) {
 }
 
 double energy_step(std::span<const line_width> widths) {
-  double fwhm = INFINITY;
+  double fwhm = std::numeric_limits<double>::infinity();
   for (const line_width& w : widths) fwhm = std::min(fwhm, std::max(fwhm_of_sigma * w.sigma, 2.0 * w.gamma));
   const double wanted = fwhm * au_to_cm / points_a_width;
   const double power = std::pow(10.0, std::floor(std::log10(wanted)));
@@ -281,6 +288,23 @@ void set_range(direction& d, const spectrum_results& r, const std::string& file)
           .file = file,
           .expected = "energy, the difference between the states, above the energy of the band"});
   }
+}
+
+std::vector<std::size_t> written_energies(const direction& d, const std::optional<double>& gap) {
+  std::vector<std::size_t> rows;
+  for (std::size_t row = 0; row < d.grid.size; ++row) {
+    const std::size_t i = d.absorption ? row : d.grid.size - 1 - row;
+    const double energy = d.grid.energy(i);
+    if (energy < d.low || energy > d.high) continue;
+    if (!gap || d.photon(energy, *gap) > 0.0) rows.push_back(i);
+  }
+  return rows;
+}
+
+double intensity(const direction& d, double photon, double dipole, double refractive_index) {
+  // Of absorption the units of wavenumber and line shape cancel.
+  if (d.absorption) return absorption_factor * photon * dipole;
+  return emitted(photon, dipole, refractive_index) * au_to_rate / au_to_cm;
 }
 
 void set_energies(spectrum_results& r) {

@@ -101,4 +101,11 @@ double energy_step(std::span<const line_width> widths);
 void shape_bands(spectrum_results& r);
 void add_radiative_rates(spectrum_results& r);
 
+// The energies of the grid that are written, by increasing energy of the photon; with `gap` those of photons.
+std::vector<std::size_t> written_energies(const direction& d, const std::optional<double>& gap);
+
+// The molar absorption coefficient (dm3 mol-1 cm-1), or the emitted photons (1/s per cm-1), at a photon
+// energy (hartree), from the line shape times the squared dipole (`shaped_band::dipole`).
+double intensity(const direction& d, double photon, double dipole, double refractive_index);
+
 }  // namespace vbn
