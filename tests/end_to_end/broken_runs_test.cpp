@@ -28,9 +28,10 @@ class campaign {
       : folder_(from), input_(std::move(input)), broken_(std::move(broken)), sound_(folder_.read(broken_)) {
     fs::current_path(folder_.path("."));
   }
-  // One file for both states.
-  explicit campaign(const fs::path& file)
+  // One file for both states, and a partner beside it.
+  explicit campaign(const fs::path& file, const std::string& partner = "")
       : input_("run.inp"), broken_(file.filename().string()), sound_(content_of(file.string())) {
+    if (!partner.empty()) folder_.write(partner, content_of((file.parent_path() / partner).string()));
     folder_.write(input_, "&vbn ffreq(1) = '" + broken_ + "', ffreq(2) = '" + broken_ + "' /\n");
     fs::current_path(folder_.path("."));
   }
@@ -63,10 +64,19 @@ class campaign {
     }
   }
 
-  // The file cut off at many places, each line dropped in turn, and the last number of each line replaced.
+  // The file cut off at many places, each line dropped in turn, and the last number of each line replaced; in
+  // a text of one line numbers from its beginning to its end.
   void break_in_every_way() {
+    for (std::size_t part = 0; sound_.find('\n') >= sound_.size() - 1 && part < 60; part += stride) {
+      const std::size_t at = sound_.find_first_of("0123456789", sound_.size() * part / 60);
+      const std::size_t end = std::min(sound_.find_first_not_of("0123456789.eE+-", at), sound_.size());
+      for (const char* other : {"\"x1y\"", "1e300", "-7", "null", "1000000000", "0", "[]", "{}"})
+        if (at < end)
+          attempt(sound_.substr(0, at) + other + sound_.substr(end), std::string("with ") + other);
+    }
     for (std::size_t part = 0; part < 60; part += stride)
       attempt(sound_.substr(0, sound_.size() * part / 60), "cut at sixtieth " + std::to_string(part));
+    if (sound_.find('\n') == std::string::npos) return;
     std::size_t count = 0;
     for (std::size_t at = 0; at < sound_.size(); at = sound_.find('\n', at) + 1) {
       const std::string front = sound_.substr(0, at), line = sound_.substr(at, sound_.find('\n', at) - at);
@@ -110,6 +120,22 @@ TEST(broken_runs, files_that_are_read_as_a_whole_broken_in_every_way) {
   for (const char* file : {"orca_4.hess", "qchem_4.out", "psi4_4.out", "gamess_4.out", "cp2k_4.out",
                            "mopac_4.aux", "bagel_4.out", "jaguar_4.in", "cfour_4.out", "dalton_4.out"}) {
     campaign broken(fs::path(VBN_SAMPLES) / file);
+    broken.break_in_every_way();
+  }
+}
+
+TEST(broken_runs, files_of_more_programs_broken_in_every_way) {
+  VBN_NEEDS_REAL_DATA();
+  const std::vector<std::array<const char*, 2>> files = {
+      {"openmolcas/formaldehyde_neutral.UnSym", ""},
+      {"json_qcschema/formaldehyde_neutral.json", ""},
+      {"json_ase/formaldehyde_neutral.json", ""},
+      {"psi4/formaldehyde_neutral.molden_normal_modes", ""},
+      {"xtb/formaldehyde_neutral/hessian", "xtbopt.xyz"},
+      {"psi4/formaldehyde_neutral.hess", "formaldehyde_neutral.out"}};
+  campaign(fs::path(VBN_EXPECTED) / "gaussian_archive_isotopes/one.log").break_in_every_way();
+  for (const auto& [file, partner] : files) {
+    campaign broken(real_data() / "more_programs" / file, partner);
     broken.break_in_every_way();
   }
 }
