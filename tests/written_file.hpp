@@ -4,19 +4,34 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace vbn {
 
+// The folder of this process for scratch files, which goes with it; a forked child leaves it to its parent.
+struct scratch_folder {
+  pid_t owner = getpid();
+  std::string path = testing::TempDir() + "vbn_" + std::to_string(owner) + "/";
+
+  scratch_folder() { std::filesystem::create_directories(path); }
+  ~scratch_folder() {
+    std::error_code none;
+    if (getpid() == owner) std::filesystem::remove_all(path, none);
+  }
+};
+
 // Name of a scratch file of the running test, short enough for the names of the program.
 inline std::string scratch(const std::string& name) {
+  static const scratch_folder folder;
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
   const std::size_t own = std::hash<std::string>{}(std::string(test->test_suite_name()) + "." + test->name());
-  return testing::TempDir() + "vbn_" + std::to_string(getpid()) + "_" + std::to_string(own) + "_" + name;
+  return folder.path + std::to_string(own) + "_" + name;
 }
 
 inline std::string content_of(const std::string& name) {
