@@ -1,4 +1,4 @@
-# Completion of the options, as the program's own --help lists them, and of input files.
+# Completion of the options, as the --help of each program lists them, and of input files.
 _vbn() {
   local word=${COMP_WORDS[COMP_CWORD]} options
   COMPREPLY=()
@@ -9,4 +9,4 @@ _vbn() {
     mapfile -t COMPREPLY < <(compgen -f -X '!*.inp' -- "$word"; compgen -d -- "$word")
   fi
 }
-complete -o default -o filenames -F _vbn vbn
+complete -o default -o filenames -F _vbn vbn vbn-spectrum vbn-report

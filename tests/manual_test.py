@@ -105,10 +105,12 @@ class Manual(unittest.TestCase):
     def test_the_shell_completes_the_options_that_help_lists_and_input_files(self):
         for name in ('a.inp', 'a.out'):
             (self.folder / name).touch()
-        script = (f'source "{ROOT}/packaging/completion.bash"; COMP_WORDS=(vbn "$1") COMP_CWORD=1; _vbn "{PROGRAM}"; '
+        script = (f'source "{ROOT}/packaging/completion.bash"; COMP_WORDS=(vbn "$1") COMP_CWORD=1; _vbn "$2"; '
                   'echo "${COMPREPLY[@]}"')
-        for word, offered in (('--', '--help --version'), ('--v', '--version'), ('a', 'a.inp')):
-            shown = subprocess.check_output(['bash', '-c', script, 'bash', word], cwd=self.folder, text=True)
+        for word, program, offered in (('--', 'vbn', '--help --version'), ('--v', 'vbn', '--version'), ('a', 'vbn', 'a.inp'),
+                                       ('-', 'vbn-spectrum', '--from --help --version')):
+            shown = subprocess.check_output(['bash', '-c', script, 'bash', word, PROGRAM.with_name(program)],
+                                            cwd=self.folder, text=True)
             self.assertEqual(shown.strip(), offered)
 
     @unittest.skipUnless(shutil.which('man'), 'man is not there')
