@@ -14,7 +14,10 @@
 #include "input/input_group.hpp"       // for init, read_group
 #include "input/key_table.hpp"         // for key_table, nearest_key
 #include "molecule/constants.hpp"      // for au_to_cm, bohr_to_ang
+#include "python/arrays.hpp"           // for decoded, copied, transposed_copy, counted_from_0, end_of
 #include "python/one_blas_thread.hpp"  // for one_blas_thread
+#include "python/spectrum_call.hpp"    // for spectrum_of
+#include "spectra/operators.hpp"       // for dipole_along_modes
 #include "text/input_file.hpp"         // for input_file
 #include "text/stop.hpp"               // for run_end, fail_in
 
@@ -23,59 +26,7 @@ namespace py = pybind11;
 namespace {
 
 using namespace vbn;
-
-// Text for Python. File names may hold any bytes.
-py::str decoded(std::string_view text) {
-  return py::reinterpret_steal<py::str>(
-      PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape"));
-}
-
-py::list decoded(const std::vector<std::string>& texts) {
-  py::list list;
-  for (const std::string& text : texts) list.append(decoded(text));
-  return list;
-}
-
-template <std::size_t n>
-py::list decoded(const array1<text<n>>& texts) {
-  py::list list;
-  for (const text<n>& each : texts) list.append(decoded(each.trimmed()));
-  return list;
-}
-
-// Copies of arrays in C order, multiplied by the factor of their unit.
-py::array_t<double> copied(std::span<const double> from, double unit = 1.0) {
-  py::array_t<double> to(static_cast<py::ssize_t>(from.size()));
-  double* next = to.mutable_data();
-  for (const double element : from) *next++ = unit * element;
-  return to;
-}
-
-py::array_t<double> copied(const array1<double>& from, double unit = 1.0) {
-  return copied(from.span(), unit);
-}
-
-template <class T>
-py::array_t<T> copied(const array2<T>& from, T unit = T{1}) {
-  py::array_t<T> to({from.rows(), from.cols()});
-  auto element = to.template mutable_unchecked<2>();
-  for (int i = 0; i < from.rows(); ++i)
-    for (int j = 0; j < from.cols(); ++j) element(i, j) = unit * from(i + 1, j + 1);
-  return to;
-}
-
-py::array_t<double> transposed_copy(const array2<double>& from, double unit = 1.0) {
-  return copied(from, unit).attr("T").attr("copy")().cast<py::array_t<double>>();
-}
-
-// Whole numbers that count from 0 in Python.
-template <class Numbers>
-py::array_t<int> counted_from_0(const Numbers& from) {
-  py::array_t<int> to(static_cast<py::ssize_t>(from.span().size()));
-  int* next = to.mutable_data();
-  for (const int number : from.span()) *next++ = number - 1;
-  return to;
-}
+using namespace vbn::python;
 
 py::dict route_of(const mode_results& results) {
   py::dict route;
@@ -173,6 +124,9 @@ py::dict results_of(const run_data& run) {
     results["dipole_state"] = input.proj_tdipd - 1;
     results["transition_dipole"] = copied(run.state(input.proj_tdipd).dipole.dip0);
     results["dipole_derivatives"] = transposed_copy(run.tdipd_q);
+    const states& at = run.state(input.proj_tdipd);
+    results["rotated_dipole_derivatives"] =
+        transposed_copy(dipole_along_modes(at.dipole, at.atoms, g.modes.cm));
   }
   return results;
 }
@@ -198,16 +152,6 @@ input_data keys_of(const std::string& name, const std::optional<std::string>& gr
   }
   input.proj_reorg = !input.set_cart;
   return input;
-}
-
-py::dict end_of(const run_end& end) {
-  py::dict ended;
-  ended["what"] = decoded(end.cause.what);
-  ended["file"] = decoded(end.cause.file);
-  ended["line"] = end.cause.line;
-  ended["expected"] = decoded(end.cause.expected);
-  ended["message"] = decoded(end.text + end.printed);
-  return ended;
 }
 
 // Analyses the states named in an input group: the text `group` or, without it, the file `name`. The result
@@ -258,6 +202,7 @@ PYBIND11_MODULE(_core, module) {
   module.doc() = "The analysis of vbn; use the package vbn.";
   module.attr("version") = VBN_VERSION;
   module.def("analyse", &analyse_group, py::arg("name"), py::arg("group"), py::arg("folder"));
+  module.def("spectrum", &spectrum_of, py::arg("analysis"), py::arg("group"));
   module.def("keys", &keys);
   module.def("nearest_key", [](const std::string& name) -> py::object {
     const input_key* nearest = nearest_key(name);

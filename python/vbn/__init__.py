@@ -8,6 +8,7 @@
     a.internal.reorganisation_energies[1]      # the same states through internal coordinates, cm-1
     a.write_modes('s0_modes.xyz')              # true motions for a molecule viewer
     a.to_json('s0_s1.json')
+    s = vbn.spectrum(a, energy=27000, dipole=[0, 0, 1.2])      # bands, lines and rates
 
 `analyse` takes two frequency calculations, `analyse_input` an input file of the program vbn; both return an
 `Analysis`. The keys of the input group are keyword arguments of the same names; `keys()` lists them. Arrays are
@@ -21,9 +22,11 @@ thread, which makes the last bits of a result independent of the number of cores
 from vbn._core import keys, version as __version__
 from vbn._analysis import (Analysis, Couplings, Error, InternalCoordinates, ResultWarning, Route, analyse,
                           analyse_input)
+from vbn._spectrum import Band, Rate, Spectrum, spectrum
 
-__all__ = ['Analysis', 'Couplings', 'Error', 'InternalCoordinates', 'ResultWarning', 'Route', 'analyse',
-           'analyse_input', 'keys', '__version__']
+__all__ = ['Analysis', 'Band', 'Couplings', 'Error', 'InternalCoordinates', 'Rate', 'ResultWarning', 'Route', 'Spectrum',
+           'analyse', 'analyse_input', 'keys', 'spectrum', '__version__']
 
-for _each in (Analysis, Couplings, Error, InternalCoordinates, ResultWarning, Route, analyse, analyse_input):
+for _each in (Analysis, Couplings, Error, InternalCoordinates, ResultWarning, Route, analyse, analyse_input, Band,
+              Rate, Spectrum, spectrum):
     _each.__module__ = 'vbn'

@@ -186,6 +186,8 @@ class Analysis(_Values):
         the file `ftdipd`; None without it.""")
     dipole_derivatives = _attribute('dipole_derivatives', """Shape (3N, 3), e/electron mass^(1/2): the derivative of the
         transition dipole along each mode of state 1, components x, y, z; None without the key ftdipd.""")
+    rotated_dipole_derivatives = _attribute('rotated_dipole_derivatives', """The same with the displacements in the frame
+        of `geometries` too, whatever that of the file is; what `spectrum` takes.""")
     warnings = _attribute('warnings', "The warnings, a list of texts.")
     printed = _attribute('printed', "What vbn prints to standard output for these files.")
     log = _attribute('log', "The log, what vbn writes to vbn.out.")
@@ -378,7 +380,8 @@ def _analysis_of(raw):
               'pairs': np.stack([s['order'] for s in states], axis=1), 'cartesian': route('cartesian'),
               'internal': None, 'internal_coordinates': None, 'couplings': _couplings_of(raw),
               'dipole_state': raw.get('dipole_state'), 'transition_dipole': raw.get('transition_dipole'),
-              'dipole_derivatives': raw.get('dipole_derivatives'), 'warnings': raw['warnings'],
+              'dipole_derivatives': raw.get('dipole_derivatives'),
+              'rotated_dipole_derivatives': raw.get('rotated_dipole_derivatives'), 'warnings': raw['warnings'],
               'printed': raw['printed'], 'log': raw['log']}
     if 'kinds' in raw:
         values['internal'] = route('internal')
