@@ -186,7 +186,7 @@ void bring_to_frames(run_data& run) {
 array2<double> align_states(run_data& run) {
   const input_data& input = run.input;
   states& g = run.state(1);
-  const array2<double> rot =
+  array2<double> rot =
       do_eckart(g.atoms.x, run.state(2).atoms.x, g.atoms.mass, input.set_eckart_order, run.fout);
   rotate_state(rot, input.do_nacme && input.proj_nacme == 1, input.do_tdipd && input.proj_tdipd == 1, g);
   print_coords(run, "Eckart  ");
