@@ -132,6 +132,17 @@ std::string strongest(const internal_coordinates& c, const array1<double>& share
   return text;
 }
 
+// The cause where torsions about straight angles are none.
+std::string other_cause(const internal_coordinates& c, const reorganisation_shares& shares) {
+  const std::string motions = large_motions(c, shares.x, shares.x_tot);
+  if (!motions.empty())
+    return "the motion is too large for at least one of the two: " + motions + " of the latter";
+  return "no bend or torsion changes by much: the internal coordinates describe the change badly, and most "
+         "of the "
+         "latter is in " +
+         strongest(c, shares.x, shares.x_tot);
+}
+
 }  // namespace
 
 void warn_of_linear_bends(const array1<states>& state, const messages& say) {
@@ -185,20 +196,12 @@ void warn_of_routes(const array1<states>& state, const input_data& input, bool s
     const reorganisation_table table = proj_reorg_ene(state);
     const reorganisation_shares& shares = k == 1 ? table.s1 : table.s2;
     const internal_coordinates& c = state(1).internal;
-    std::string cause = flipped_torsions(state, input, shares.x, shares.x_tot);
-    const bool only_one = !cause.empty();
-    if (cause.empty()) {
-      cause = large_motions(c, shares.x, shares.x_tot);
-      cause = cause.empty()
-                  ? "no bend or torsion changes by much: the internal coordinates describe the "
-                    "change badly, and most of the latter is in " +
-                        strongest(c, shares.x, shares.x_tot)
-                  : "the motion is too large for at least one of the two: " + cause + " of the latter";
-    }
+    const std::string flips = flipped_torsions(state, input, shares.x, shares.x_tot);
+    const std::string cause = flips.empty() ? other_cause(c, shares) : flips;
     say.warn(of_state(state(k), k) + ": the total reorganisation energy is " + with_digits(cart, 1) +
              " cm-1 with Cartesian and " + with_digits(dint, 1) + " cm-1 with internal coordinates; " +
              cause);
-    if (only_one) return;
+    if (!flips.empty()) return;  // they are those of both states
   }
 }
 
