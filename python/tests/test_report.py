@@ -3,7 +3,6 @@ import os
 import re
 import subprocess
 import sys
-import time
 from collections import Counter
 from html.parser import HTMLParser
 from pathlib import Path
@@ -143,9 +142,10 @@ def test_the_command_writes_a_whole_page_or_none(tmp_path):
 
 @needs_data
 def test_a_large_molecule_gives_a_small_page_soon(tmp_path):
-    start = time.time()
+    before = os.times()
     assert command(DATA / 'xtb/octa3ht/gaussian/octa3ht.inp', folder=tmp_path).returncode == 0
-    assert time.time() - start < 15.0 and (tmp_path / 'report.html').stat().st_size < 3e6
+    after = os.times()  # seconds of the processor, which other work on the machine hardly changes
+    assert after.children_user - before.children_user < 15.0 and (tmp_path / 'report.html').stat().st_size < 3e6
 
 
 @pytest.mark.skipif(bool(browser.missing()), reason=f'without {browser.missing()}')
