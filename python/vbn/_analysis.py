@@ -11,7 +11,7 @@ from collections import Counter
 import numpy as np
 
 from vbn import _core
-from vbn._viewer_files import geometries_text, modes_text
+from vbn._viewer_files import geometries_text, modes_text, vibrations
 
 KINDS = ('bond', 'linear bend', 'bend', 'dihedral', 'improper dihedral', 'linear torsion')
 
@@ -196,6 +196,12 @@ class Analysis(_Values):
     dimensionless_displacements = _of_cartesian_route('dimensionless_displacements')
     huang_rhys = _of_cartesian_route('huang_rhys')
     reorganisation_energies = _of_cartesian_route('reorganisation_energies')
+
+    @property
+    def vibrations(self):
+        """The modes of each state that are vibrations, two arrays of numbers from 0: all but the six (five of a linear
+        molecule) nearest to zero."""
+        return [vibrations(self, state) for state in (0, 1)]
 
     @property
     def paired_duschinsky(self):
