@@ -14,6 +14,7 @@ namespace vbn {
 
 namespace {
 
+constexpr double far_wing = 6.0;  // standard deviations
 constexpr const char* expected_form = "a file vbn.correlation.csv of vbn-spectrum";
 
 std::vector<std::string_view> split(std::string_view line) {
@@ -91,18 +92,32 @@ void take_rows(input_file& from, direction& d, thermal_band& at, bool dipole, st
   }
 }
 
-// The energies that the times hold are those of the run that stored them.
-void require_range(const direction& d, const spectrum_results& r, const std::string& file) {
+// Keeps the range within the energies of the run that stored the times, and ends the run when a given range
+// or the wings of a width go beyond: a band repeats with the period of the grid.
+void fit_range(direction& d, const spectrum_results& r, const std::string& file) {
   const double lowest = d.grid.first_energy;
   const double highest = d.grid.energy(d.grid.size - 1);
-  if (r.keys.range.empty() || (d.low >= lowest && d.high <= highest)) return;
   const double gap = r.gap.value_or(0.0);
-  const double a = d.photon(lowest, gap) * au_to_cm;
-  const double b = d.photon(highest, gap) * au_to_cm;
-  fail_in(file, "the times do not hold the whole range",
-          joined({"range within ", std::to_string(std::llround(std::min(a, b))), " and ",
-                  std::to_string(std::llround(std::max(a, b))),
-                  " cm-1, or a run with the calculations of the states"}));
+  if (!r.keys.range.empty() && (d.low < lowest || d.high > highest)) {
+    const double a = d.photon(lowest, gap) * au_to_cm;
+    const double b = d.photon(highest, gap) * au_to_cm;
+    fail_in(file, "the times do not hold the whole range",
+            joined({"range within ", std::to_string(std::llround(std::min(a, b))), " and ",
+                    std::to_string(std::llround(std::max(a, b))),
+                    " cm-1, or a run with the calculations of the states"}));
+  }
+  d.low = std::max(d.low, lowest);
+  d.high = std::min(d.high, highest);
+  const double period = static_cast<double>(d.grid.size) * d.grid.energy_step;
+  for (const thermal_band& at : d.thermal) {
+    for (std::size_t i = 0; i < r.widths.size(); ++i) {
+      const double wing = far_wing * std::hypot(at.exact.sd, r.widths[i].sigma);
+      if (at.exact.mean + wing < d.low + period && at.exact.mean - wing > d.high - period) continue;
+      fail_in(file,
+              "the times do not hold the whole band for fwhm = " + with_digits(r.keys.fwhm[i], 2) + " cm-1",
+              "a smaller fwhm or range, or a run with the calculations of the states");
+    }
+  }
 }
 
 // Finer energies where a width needs them; a width that needs later times ends the run.
@@ -149,7 +164,7 @@ spectrum_results read_correlation(input_file& from, const spectrum_keys& keys, s
   set_energies(r);
   for (direction& d : r.directions) {
     set_range(d, r, from.name());
-    require_range(d, r, from.name());
+    fit_range(d, r, from.name());
     refine_grid(d, r, from.name());
   }
   shape_bands(r);

@@ -48,9 +48,8 @@ time_grid choose_grid(double low, double high, double energy_step, double offset
   for (const line_width& width : widths) end = std::max(end, end_of_damping(width));
   time_grid grid;
   grid.energy_step = energy_step;
-  const double margin = 0.5 * (high - low);
-  grid.first_energy = offset + std::floor((low - margin - offset) / energy_step) * energy_step;
-  grid.size = fast_size(static_cast<std::size_t>(std::ceil(4.0 * margin / energy_step)) + 2);
+  grid.first_energy = offset + std::floor((low - offset) / energy_step) * energy_step;
+  grid.size = fast_size(static_cast<std::size_t>(std::ceil((high - low) / energy_step)) + 2);
   grid.step = 2.0 * std::numbers::pi / (static_cast<double>(grid.size) * energy_step);
   // Half of the transform at most: later times are those of the conjugate.
   grid.points = std::min(static_cast<std::size_t>(std::ceil(end / grid.step)) + 1, grid.size / 2);
@@ -81,6 +80,17 @@ std::vector<double> band(const time_grid& grid, std::span<const complex> chi, co
   const std::lock_guard<std::mutex> lock(planner);
   fftw_destroy_plan(plan);
   return f;
+}
+
+void remove_images(const time_grid& grid, double gamma, double centre, double weight,
+                   std::vector<double>& f) {
+  const double period = static_cast<double>(grid.size) * grid.energy_step;
+  const double a = 2.0 * std::numbers::pi * gamma / period;
+  for (std::size_t i = 0; i < f.size(); ++i) {
+    const double x = grid.energy(i) - centre;
+    const double all = std::sinh(a) / (std::cosh(a) - std::cos(2.0 * std::numbers::pi * x / period)) / period;
+    f[i] -= weight * (all - gamma / (std::numbers::pi * (x * x + gamma * gamma)));
+  }
 }
 
 double band_at(const time_grid& grid, std::span<const complex> chi, const line_width& width, double energy) {

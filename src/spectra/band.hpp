@@ -33,13 +33,18 @@ struct time_grid {
   double energy(std::size_t i) const { return first_energy + static_cast<double>(i) * energy_step; }
 };
 
-// The grid for bands between `low` and `high` (hartree): twice that span, so that what lies a little outside
-// does not fold in, and times until every width has damped. Energies are multiples of the step from `offset`.
+// The grid for bands between `low` and `high` (hartree), and times until every width has damped. A band
+// repeats with the period of the grid, so what lies beyond one end appears at the other. Energies are
+// multiples of the step from `offset`.
 time_grid choose_grid(double low, double high, double energy_step, double offset,
                       std::span<const line_width> widths);
 
 // F at the energies of the grid (per hartree), by FFT. `chi` are the values at its first times.
 std::vector<double> band(const time_grid& grid, std::span<const complex> chi, const line_width& width);
+
+// Takes from a band of integral `weight` about `centre` the wings of its repetitions, which reach far for a
+// Lorentzian of half width `gamma`: those of one line there, which far away are those of the band.
+void remove_images(const time_grid& grid, double gamma, double centre, double weight, std::vector<double>& f);
 
 // F at one energy, by a sum over the times.
 double band_at(const time_grid& grid, std::span<const complex> chi, const line_width& width, double energy);

@@ -9,7 +9,6 @@
 #include <mutex>
 #include <numbers>
 #include <thread>
-#include <tuple>
 #include <utility>
 
 #include "checks/wording.hpp"   // for with_digits
@@ -21,9 +20,12 @@ namespace vbn {
 
 namespace {
 
-constexpr double band_reach = 8.0;     // standard deviations that the times must hold
-constexpr double held_quanta = 2.0;    // of the stiffest mode, that they must hold too
-constexpr double written_reach = 5.0;  // standard deviations that are written
+// Standard deviations that the times must hold below and above the mean: bands have longer tails above.
+constexpr double reach_below = 8.0;
+constexpr double reach_above = 16.0;
+constexpr double least_population = 30.0;  // exp(-30) of the band may lie further below
+constexpr double held_quanta = 4.0;  // of the stiffest mode, that they must hold too
+constexpr double written_reach = 5.0;      // standard deviations that are written
 constexpr double points_a_width = 20.0;
 constexpr double window = 500.0;        // cm-1
 constexpr double odd_growth = 0.5;      // of the mean with temperature, over the standard deviation at 0 K
@@ -84,30 +86,41 @@ void bound_memory(const direction& d, const std::string& file) {
         .expected = "a larger fwhm, or a smaller range"});
 }
 
-// The energies within `reach` standard deviations of the mean at every temperature.
-std::pair<double, double> reach_of(const direction& d, const spectrum_results& r, double reach) {
+double widest_of(const spectrum_results& r) {
   double widest = 0.0;
   for (const line_width& width : r.widths) widest = std::max(widest, width.sigma + width.gamma);
-  double low = std::numeric_limits<double>::infinity();
-  double high = -low;
-  for (const thermal_band& at : d.thermal) {
-    const double sd = std::hypot(at.exact.sd, widest);
-    low = std::min(low, at.exact.mean - reach * sd);
-    high = std::max(high, at.exact.mean + reach * sd);
-  }
-  return {low, high};
+  return widest;
+}
+
+// The energy below which a band has at most exp(-least_population) of its intensity: hot lines end there,
+// since a line at -E has the strength of the reverse line times exp(-E/kT) and the ratio of the partition
+// functions.
+double end_of_hot_lines(const direction& d, double temperature) {
+  const double kt = temperature * kelvin_to_au;
+  if (!(kt > 0.0)) return 0.0;
+  double log_ratio = 0.0;
+  for (int k = 1; k <= d.t.n(); ++k)
+    log_ratio += std::log(std::expm1(-d.t.w_i(k) / kt) / std::expm1(-d.t.w_f(k) / kt));
+  return -kt * (least_population + std::max(log_ratio, 0.0));
 }
 
 // The grid from the exact moments, the range that is written, and the widths.
 void set_grid(direction& d, const spectrum_results& r, const std::string& file) {
   set_range(d, r, file);
-  auto [low, high] = reach_of(d, r, band_reach);
+  const double widest = widest_of(r);
+  double low = d.low;
   // A narrow band of strong lines may have weak ones far from them.
-  high = std::max(high, held_quanta * *std::ranges::max_element(d.t.w_f));
-  d.grid = choose_grid(std::min(low, d.low), std::max(high, d.high), energy_step(r.widths),
-                       d.offset(r.gap.value_or(0.0)), r.widths);
+  double high = std::max(d.high, held_quanta * *std::ranges::max_element(d.t.w_f));
+  for (const thermal_band& at : d.thermal) {
+    const double sd = std::hypot(at.exact.sd, widest);
+    const double hot = end_of_hot_lines(d, at.temperature) - reach_below * widest;
+    low = std::min(low, std::max(at.exact.mean - reach_below * sd, hot));
+    high = std::max(high, at.exact.mean + reach_above * sd);
+  }
+  d.grid = choose_grid(low, high, energy_step(r.widths), d.offset(r.gap.value_or(0.0)), r.widths);
   bound_memory(d, file);
 }
+
 void compute_times(direction& d, const spectrum_results& r, const messages& say) {
   std::vector<double> times;
   for (std::size_t i = 0; i < d.grid.points; ++i) times.push_back(d.grid.step * static_cast<double>(i));
@@ -271,7 +284,13 @@ double energy_step(std::span<const line_width> widths) {
 }
 
 void set_range(direction& d, const spectrum_results& r, const std::string& file) {
-  std::tie(d.low, d.high) = reach_of(d, r, written_reach);
+  d.low = std::numeric_limits<double>::infinity();
+  d.high = -d.low;
+  for (const thermal_band& at : d.thermal) {
+    const double reach = written_reach * std::hypot(at.exact.sd, widest_of(r));
+    d.low = std::min(d.low, at.exact.mean - reach);
+    d.high = std::max(d.high, at.exact.mean + reach);
+  }
   if (!r.keys.range.empty()) {
     const double gap = r.gap.value_or(0.0);
     const double a = r.keys.range[0] / au_to_cm;
@@ -325,6 +344,13 @@ void shape_bands(spectrum_results& r) {
         at.bands.push_back(std::move(shaped));
       }
       measure(d, r.widths.front(), at);
+      const std::complex<double> squared_dipole = column(at.chi, true).front();
+      for (std::size_t i = 0; i < at.bands.size(); ++i) {
+        const double gamma = r.widths[i].gamma;
+        if (!(gamma > 0.0)) continue;
+        remove_images(d.grid, gamma, at.exact.mean, 1.0, at.bands[i].line_shape);
+        if (dipole) remove_images(d.grid, gamma, at.exact.mean, squared_dipole.real(), at.bands[i].dipole);
+      }
     }
   }
 }
