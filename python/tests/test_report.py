@@ -93,6 +93,27 @@ def test_the_numbers_of_the_page_are_those_of_the_analysis():
             assert {(k, int(i)) for i in np.argsort(-a.reorganisation_energies[k])[:3]} < shown
 
 
+def test_bands_lines_and_rates_are_those_of_the_spectrum(tmp_path):
+    for name in ('neutral.dat', 'cation.dat'):
+        (tmp_path / name).symlink_to(EXAMPLES / 'naphthalene' / name)
+    group = "&vbn\n ffreq = 'neutral.dat', 'cation.dat'\n/\n&Spectrum\n energy = 27000\n dipole = 0, 0, 1.2\n fwhm = {}\n/\n"
+    (tmp_path / 'band.inp').write_text(group.format(300))
+    assert command('band.inp', folder=tmp_path).returncode == 0
+    page = Page((tmp_path / 'report.html').read_text())
+    s = vbn.spectrum(vbn.analyse_input(tmp_path / 'band.inp'), energy=27000.0, dipole=[0, 0, 1.2], fwhm=300)
+    for band, name in ((s.absorption, 'absorption'), (s.emission, 'emission')):
+        assert name in page.ids
+        for at, strength, first, last in page.tables[f'lines-of-{name}'][1:]:
+            i = int(np.argmin(abs(band.line_wavenumbers - at[1]) + abs(band.line_strengths - strength[1])))
+            assert (at[1], strength[1], first[0]) == (band.line_wavenumbers[i], band.line_strengths[i], '0')
+            assert last[0] == ' '.join(f'{m + 1}{q}' for m, q in band.final_levels[i]) or last[0] == '0'
+    assert [[v for _, v in row[3:]] for row in page.tables['of-rates'][1:]] == \
+        [[r.value, r.at_half_width, r.at_double_width] for r in s.rates] and len(s.rates) == 2
+    (tmp_path / 'band.inp').write_text(group.format(-5))
+    done = command('band.inp', '-o', 'none.html', folder=tmp_path)
+    assert done.returncode == 1 and 'fwhm' in done.stderr and not (tmp_path / 'none.html').exists()
+
+
 def check_coordinates(a):
     for k in (0, 1):
         for rows, atoms, value in assignment._by_kind(a, k):

@@ -88,16 +88,21 @@ def spectrum(analysis, **keys):
     fault and for states that do not go together."""
     if not isinstance(analysis, Analysis):
         raise TypeError(f'vbn.spectrum takes an Analysis, not {type(analysis).__name__}')
+    group = ''.join(f' {name} = {_value(name, value)}\n' for name, value in keys.items())
+    return spectrum_of_group(analysis, f'&spectrum\n{group}/\n')
+
+
+def spectrum_of_group(analysis, text):
+    """The same with the keys as a text that has the group &spectrum, as that of an input file."""
     values = {name: getattr(analysis, name) for name in
               ('masses', 'geometries', 'normal_modes', 'frequencies', 'duschinsky', 'dipole_state', 'transition_dipole',
                'rotated_dipole_derivatives')}
     values['cartesian'] = analysis.cartesian.displacements
     values['internal'] = None if analysis.internal is None else analysis.internal.displacements
     values['couplings'] = None if analysis.couplings is None else analysis.couplings.along_modes_of_1
-    group = ''.join(f' {name} = {_value(name, value)}\n' for name, value in keys.items())
-    raw = _core.spectrum(values, os.fsencode(f'&spectrum\n{group}/\n'))
+    raw = _core.spectrum(values, os.fsencode(text))
     for text in raw['warnings']:
-        warnings.warn(text, ResultWarning, stacklevel=2)
+        warnings.warn(text, ResultWarning, stacklevel=3)
     end = raw.get('end')
     if end is not None:
         raise Error(end['message'].strip(), end['file'] or None, end['line'] or None, end['expected'])

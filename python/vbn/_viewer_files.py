@@ -39,7 +39,8 @@ def extended_xyz(analysis, state, modes, vectors):
 
 
 def cjson(analysis, state, modes, vectors):
-    """Chemical JSON: the molecule with its bonds and vibrations."""
+    """Chemical JSON: the molecule with its bonds and vibrations. Intensities are not known; without a number for each
+    Avogadro 1.97 crashes when it saves the molecule."""
     ic = analysis.internal_coordinates
     pairs = np.argwhere(np.triu(ic.bonds[state])) if ic else np.empty((0, 2), int)
     content = {'chemicalJson': 1, 'name': f'{analysis.formula}, state {state + 1}',
@@ -47,6 +48,7 @@ def cjson(analysis, state, modes, vectors):
                          'coords': {'3d': analysis.geometries[state].ravel().tolist()}},
                'bonds': {'connections': {'index': pairs.ravel().tolist()}, 'order': [1] * len(pairs)},
                'vibrations': {'modes': [mode + 1 for mode in modes],
+                              'intensities': [0.0] * len(modes), 'ramanIntensities': [0.0] * len(modes),
                               'frequencies': analysis.frequencies[state][modes].tolist(),
                               'eigenVectors': vectors.reshape(len(modes), -1).tolist()}}
     return json.dumps(content) + '\n'

@@ -15,6 +15,8 @@ BALLS = {'H': ('#f2f2f2', 0.22), 'B': ('#e8a79c', 0.36), 'C': ('#555555', 0.34),
          'O': ('#cc2222', 0.32), 'F': ('#6ec05c', 0.30), 'Si': ('#c9a26b', 0.45), 'P': ('#e07b1f', 0.43),
          'S': ('#d8b520', 0.43), 'Cl': ('#2f9e44', 0.42), 'Br': ('#8a3324', 0.46)}
 OTHER_BALL = ('#9a6fb0', 0.45)
+LINE_STYLES = ('-', '--', ':', '-.')
+BAND_LABELS = {'absorption': 'absorption (dm$^3$ mol$^{-1}$ cm$^{-1}$)', 'emission': 'emission (s$^{-1}$ per cm$^{-1}$)'}
 TILT = np.radians(60.0)  # of the view of a motion along the line of sight
 
 
@@ -88,6 +90,30 @@ def internal_coordinates(analysis, axes=None, count=12):
     axes.axvline(0.0, color='0.2', linewidth=0.8)
     axes.set_xlabel('share in the reorganisation energy (cm$^{-1}$)')
     axes.legend(frameon=False, loc='lower right')
+    return axes
+
+
+def band(spectrum, which='absorption', axes=None):
+    """A band of a `vbn.Spectrum`, 'absorption' or 'emission', at each temperature with the first width, over the energy of
+    the photon; its lines as sticks, the strongest half as high as the band."""
+    shown = getattr(spectrum, which) if which in ('absorption', 'emission') else None
+    if shown is None:
+        raise ValueError(f'the spectrum has no band {which!r}')
+    axes = _axes(axes)
+    curves = (shown.line_shapes if shown.intensities is None else shown.intensities)[:, 0]
+    colour = STATE_COLOURS[1 if which == 'absorption' else 0]
+    if len(shown.line_strengths):
+        heights = shown.line_strengths * (0.5 * np.nanmax(curves) / shown.line_strengths.max())
+        axes.vlines(shown.line_wavenumbers, 0.0, heights, '0.45', linewidth=0.8, label='lines')
+    for curve, temperature, style in zip(curves, spectrum.temperatures, LINE_STYLES * len(curves)):
+        axes.plot(shown.wavenumbers, curve, style, color=colour, label=f'{temperature:g} K')
+    axes.set_ylim(bottom=0.0)
+    axes.set_xlim(shown.wavenumbers[0], shown.wavenumbers[-1])
+    where = 'wavenumber' if spectrum.energy_of_origin is not None else 'from the 0-0 line'
+    axes.set_xlabel(f'{where} (cm$^{{-1}}$)')
+    axes.set_ylabel('line shape (cm)' if shown.intensities is None else BAND_LABELS[which])
+    axes.ticklabel_format(axis='y', scilimits=(-2, 4))
+    axes.legend(frameon=False)
     return axes
 
 

@@ -2,7 +2,7 @@ from typing import Literal
 
 from matplotlib.axes import Axes
 
-from vbn import Analysis
+from vbn import Analysis, Spectrum
 
 _Route = Literal["cartesian", "internal"]
 
@@ -10,6 +10,9 @@ def huang_rhys(analysis: Analysis, axes: Axes | None = None, route: _Route = "ca
 def reorganisation_energies(analysis: Analysis, axes: Axes | None = None, route: _Route = "cartesian") -> Axes: ...
 def duschinsky(analysis: Analysis, axes: Axes | None = None) -> Axes: ...
 def internal_coordinates(analysis: Analysis, axes: Axes | None = None, count: int = 12) -> Axes: ...
+def band(
+    spectrum: Spectrum, which: Literal["absorption", "emission"] = "absorption", axes: Axes | None = None
+) -> Axes: ...
 def geometries(analysis: Analysis, axes: Axes | None = None) -> Axes: ...
 def mode(
     analysis: Analysis, state: int, number: int, axes: Axes | None = None, length: float = 1.0

@@ -1,16 +1,19 @@
 """The command line of vbn-report: an input file of vbn, and where the page goes."""
 import argparse
 import os
+import re
 import sys
 import warnings
 
 import vbn
+from vbn._spectrum import spectrum_of_group
 
 HELP = """vbn-report makes a page to look at: what vbn finds for two electronic states, with tables and pictures.
 
 Usage: vbn-report [OPTIONS] FILE
 
-FILE is an input file of vbn. Relative names in it are those of files beside it.
+FILE is an input file of vbn. Relative names in it are those of files beside it. With a group &spectrum, as vbn-spectrum
+reads it, the page has the bands, lines and rates too.
 
   -o PAGE         the page, report.html without it; an earlier one is replaced
   --pictures      writes each picture beside the page too, as SVG and as PDF in the width of a journal's column
@@ -65,12 +68,13 @@ def main(arguments=None):
         with warnings.catch_warnings(record=True) as found:
             warnings.simplefilter('always', vbn.ResultWarning)
             analysis = vbn.analyse_input(options.file)
-        with open(options.file, encoding='utf-8', errors='surrogateescape') as file:
-            text = file.read()
-        report.write(analysis, options.page, text, options.pictures, options.viewer_files)
+            with open(options.file, encoding='utf-8', errors='surrogateescape') as file:
+                text = file.read()
+            spectrum = spectrum_of_group(analysis, text) if re.search(r'^\s*&spectrum\b', text, re.M | re.I) else None
+        report.write(analysis, options.page, text, options.pictures, options.viewer_files, spectrum)
     except vbn.Error as stop:
         return _error(''.join(f'warning: {each.message}\n' for each in found) + str(stop))
     except OSError as fault:
         return _error(f'error: cannot write: {fault.strerror}\nfile: {fault.filename}')
-    sys.stderr.write(''.join(f'warning: {each}\n' for each in analysis.warnings))
+    sys.stderr.write(''.join(f'warning: {each.message}\n' for each in found))
     return 0

@@ -11,7 +11,7 @@ from markupsafe import Markup, escape
 
 from vbn import _core, plot
 from vbn._viewer_files import vibrations
-from vbn.report import drawing, pictures
+from vbn.report import bands, drawing, pictures
 from vbn.report.assignment import coordinate_name, describe
 
 EV = 8065.544  # cm-1
@@ -23,13 +23,13 @@ STATES = ('state 1', 'state 2')
 PROCESS = ('emission', 'absorption')
 
 
-def _shown(value, digits):
-    return f'{value:.{digits}f}' if math.isfinite(value) else 'not defined'
+def _shown(value, digits, style='f'):
+    return f'{value:.{digits}{style}}' if math.isfinite(value) else 'not defined'
 
 
-def number(value, digits):
+def number(value, digits, style='f'):
     """A number as the page shows it, in an element with all its digits."""
-    return Markup(f'<data value="{float(value)!r}">{_shown(float(value), digits)}</data>')
+    return Markup(f'<data value="{float(value)!r}">{_shown(float(value), digits, style)}</data>')
 
 
 def strongest(analysis, count=DRAWN):
@@ -163,17 +163,18 @@ def _route_pictures(analysis):
                                f'{analysis.frequencies[k][top]:.0f} cm⁻¹')
         caption = f'{title} by frequency, {route.capitalize() if route == "cartesian" else route} coordinates: state 2 up, ' \
                   f'state 1 down.'
-        yield _picture(name, draw, height, caption, f'{caption} The largest: {", ".join(largest)}.')
+        yield picture(name, draw, height, caption, f'{caption} The largest: {", ".join(largest)}.')
 
 
-def _picture(name, draw, height, caption, alternative):
+def picture(name, draw, height, caption, alternative):
+    """A picture for the template: name, SVG and caption."""
     figure = pictures.figure_of(draw, height)
     svg = pictures.inlined(figure, name.replace('.', '-'), str(escape(alternative)).replace('\\', ''))
     return {'name': name, 'svg': Markup(svg), 'caption': caption}
 
 
 def _other_pictures(analysis):
-    yield _picture('duschinsky', partial(_into, plot.duschinsky, analysis), 2.8,
+    yield picture('duschinsky', partial(_into, plot.duschinsky, analysis), 2.8,
                    'Duschinsky matrix of the vibrations: magnitudes, modes in the order of their pairs.',
                    f'Magnitudes of the Duschinsky matrix, from 0 to 1. {_mixing_sentence(analysis)}')
     caption = 'The minima of both states over each other: state 1 filled, state 2 in outline; atoms are numbered as in the files.'
@@ -183,7 +184,7 @@ def _other_pictures(analysis):
     if ic is not None and len(ic.kinds):
         first = [coordinate_name(analysis, i) for i in np.argsort(-abs(ic.shares).max(axis=0), kind='stable')[:3]]
         caption = 'Reorganisation energy by internal coordinate: the largest shares, which may be negative.'
-        yield _picture('internal_coordinates', partial(_into, plot.internal_coordinates, analysis), 3.0, caption,
+        yield picture('internal_coordinates', partial(_into, plot.internal_coordinates, analysis), 3.0, caption,
                        f'{caption} First: {", ".join(first)}.')
 
 
@@ -206,7 +207,7 @@ def _formula(analysis):
     return Markup(re.sub(r'(\d+)', r'<sub>\1</sub>', str(escape(analysis.formula))))
 
 
-def page(analysis, input_text=''):
+def page(analysis, input_text='', spectrum=None):
     """The HTML of the page."""
     rows = mode_rows(analysis)
     here = Path(__file__).parent
@@ -217,6 +218,7 @@ def page(analysis, input_text=''):
         irreps=any(row['irrep'] != 'A' for row in rows),
         routes=[(name, route) for name, route in (('Cartesian', analysis.cartesian), ('internal', analysis.internal))
                 if route is not None],
+        bands=bands.content(spectrum, picture), warnings=analysis.warnings + (spectrum.warnings if spectrum else []),
         spikes=list(_route_pictures(analysis)), others=list(_other_pictures(analysis)),
         drawings=list(_drawings(analysis, rows)), style=Markup((here / 'page.css').read_text(encoding='utf-8')),
         script=Markup((here / 'page.js').read_text(encoding='utf-8')))

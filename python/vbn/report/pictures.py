@@ -13,7 +13,7 @@ STYLE = {'font.size': 8.0, 'axes.labelsize': 8.0, 'axes.titlesize': 8.0, 'xtick.
          'legend.fontsize': 7.5, 'axes.linewidth': 0.7, 'lines.linewidth': 1.2, 'savefig.transparent': True,
          'text.color': '#333333', 'axes.edgecolor': '#333333', 'axes.labelcolor': '#333333', 'xtick.color': '#333333',
          'ytick.color': '#333333', 'pdf.fonttype': 42}
-COLOURS = {'#333333': 'var(--ink)', plot.STATE_COLOURS[0]: 'var(--state1)', plot.STATE_COLOURS[1]: 'var(--state2)'}
+COLOURS = {'#333333': 'var(--ink)', '#737373': 'var(--faint)', plot.STATE_COLOURS[0]: 'var(--state1)', plot.STATE_COLOURS[1]: 'var(--state2)'}
 
 
 def figure_of(draw, height):
@@ -57,17 +57,26 @@ def of_routes(analysis):
             yield f'{what}.{route}', (lambda axes, w=what, r=route: getattr(plot, w)(analysis, axes, r)), 2.3
 
 
-def print_pictures(analysis):
+def of_bands(spectrum):
+    """Names, functions and heights of the pictures of the bands of a spectrum, which may be None."""
+    return [(which, lambda axes, w=which: plot.band(spectrum, w, axes), 2.3) for which in ('absorption', 'emission')
+            if spectrum is not None and getattr(spectrum, which) is not None]
+
+
+def print_pictures(analysis, spectrum=None):
     """Names and contents of the files of all pictures, SVG and PDF of each."""
     from vbn.report.content import strongest
     pictures = [*of_routes(analysis), ('duschinsky', lambda axes: plot.duschinsky(analysis, axes), 2.8),
                 ('geometries', lambda axes: plot.geometries(analysis, axes), 2.6)]
     if analysis.internal_coordinates is not None:
         pictures.append(('internal_coordinates', lambda axes: plot.internal_coordinates(analysis, axes), 3.0))
+    pictures += of_bands(spectrum)
     for state, number in strongest(analysis):
         pictures.append((f'mode{number + 1}_of_state{state + 1}',
                          lambda axes, s=state, n=number: plot.mode(analysis, s, n, axes), 2.6))
     for name, draw, height in pictures:
         figure = figure_of(draw, height)
+        figure.draw_without_rendering()
+        figure.set_layout_engine('none')  # once is enough
         for kind in ('svg', 'pdf'):
             yield f'{name}.{kind}', saved(figure, kind)
