@@ -130,6 +130,7 @@ bool is_json_with(const input_file& file, std::string_view name, std::string_vie
 }
 
 bool is_qcschema(input_file& file) { return is_json_with(file, "\"schema_name\"", "\"return_result\""); }
+bool is_orca_property(input_file& file) { return is_json_with(file, "\"Geometries\"", "\"HESSIAN\""); }
 bool is_ase_vibrations(input_file& file) { return is_json_with(file, "\"__ase_objtype__\"", "\"hessian\""); }
 
 // A line with the number of atoms and three times this number (six in old versions), then three reals a line.
@@ -194,6 +195,7 @@ constexpr kind_marker markers[] = {
     {file_kind::psi4_hess, 0, "", no_version, true, is_psi4_hess},
     {file_kind::qcschema, 0, "", no_version, true, is_qcschema},
     {file_kind::ase_vibrations, 0, "", no_version, true, is_ase_vibrations},
+    {file_kind::orca_property, 0, "", no_version, true, is_orca_property},
 };
 
 // The file with each tab replaced by blanks up to the next multiple of `tab_stop` columns, since the columns

@@ -28,6 +28,7 @@ enum class file_kind {
   wien2k_spe,
   orca_hess,
   orca_output,
+  orca_property,  // results in JSON
   qchem,
   psi4_output,
   openmolcas_unsym,

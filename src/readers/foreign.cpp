@@ -24,13 +24,12 @@ constexpr sign first_bytes[] = {
     {"\xff\xfe", "text in UTF-16; save it as plain text (UTF-8)"},
     {"\xfe\xff", "text in UTF-16; save it as plain text (UTF-8)"},
     {"\x89HDF", "an HDF5 file; give the text file of the program"},
-    {"$hessian", "a file of Turbomole or xtb; give the file hessian, with the geometry beside it"},
     {"$coord", "a file of Turbomole or xtb; give the file hessian, with the geometry beside it"},
     {"$vibrational", "a file of Turbomole or xtb; give the file hessian, with the geometry beside it"},
-    {"$operating", "a control file of Turbomole; give what aoforce prints"},
-    {"$title", "a control file of Turbomole; give what aoforce prints"},
-    {"*PERTURBATIONS", "a file of OpenMolcas; give the whole .UnSym file"},
-    {"{", "a JSON file, but no QCSchema result and no VibrationsData of ASE"},
+    {"$operating", "a control file of Turbomole without force constants; give what aoforce prints"},
+    {"$title", "a control file of Turbomole without force constants; give what aoforce prints"},
+    {"{ \"bagel\"", "an input of BAGEL; give the output of the job"},
+    {"{", "a JSON file, but none of QCSchema, ASE (VibrationsData) or ORCA with force constants"},
 };
 
 // Anywhere; of several the first in this list.
@@ -40,8 +39,8 @@ constexpr sign headings[] = {
     {"MOPAC", "an output of MOPAC; give the .aux file of a FORCE job with AUX"},
     {"**** ORCA ", "a file of ORCA; give the .hess file of the job"},
     {"Jaguar version", "an output of Jaguar; give the restart file .01.in"},
-    {"T E R A C H E M", "an output of TeraChem, whose Hessian has too few digits"},
-    {"TeraChem v", "an output of TeraChem, whose Hessian has too few digits"},
+    {"T E R A C H E M", "an output of TeraChem, whose force constants have too few digits (four decimals)"},
+    {"TeraChem v", "an output of TeraChem, whose force constants have too few digits (four decimals)"},
     {"Amsterdam Density Functional", "an output of ADF, which is not read"},
     {"Amsterdam Modeling Suite", "an output of AMS, which is not read"},
     {"Invoking FHI-aims", "an output of FHI-aims, which is not read"},
@@ -66,6 +65,8 @@ constexpr sign input_lines[] = {
     {"&gateway", "an input of OpenMolcas; give the .UnSym file of the job"},
     {"pm7 ", "an input of MOPAC; give the .aux file of a FORCE job with AUX"},
     {"pm6 ", "an input of MOPAC; give the .aux file of a FORCE job with AUX"},
+    {"$contrl", "an input of GAMESS; give the output of the job"},
+    {"&global", "an input of CP2K; give the output of the job"},
     {"&vbn", "an input of vbn"},
 };
 

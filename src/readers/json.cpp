@@ -1,4 +1,4 @@
-// Reads force constants in JSON: QCSchema results, and the VibrationsData of ASE.
+// Reads force constants in JSON: QCSchema results, the VibrationsData of ASE, and the results of ORCA.
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 #include "molecule/constants.hpp"   // for bohr_to_ang
 #include "molecule/elements.hpp"    // for nat_to_mass, average_mass, symbol_to_nat
-#include "readers/programs.hpp"     // for qcschema_state, ase_state
+#include "readers/programs.hpp"     // for qcschema_state, ase_state, orca_property_state
 #include "readers/state_parts.hpp"  // for sized_state, take_mean_of_triangles
 #include "text/stop.hpp"            // for fail_in
 
@@ -83,8 +83,9 @@ const json& ase_array(const json& value) {
   return stored ? value["__ndarray__"][2] : value;
 }
 
-// The masses of ASE: standard atomic weights of 2016, which differ from earlier ones for some light elements.
-double mass_of_ase(int nat) {
+// The masses of ASE and ORCA: standard atomic weights of 2016, which differ from earlier ones for some light
+// elements.
+double standard_weight(int nat) {
   constexpr struct {
     int nat;
     double mass;
@@ -150,7 +151,7 @@ file_state ase_state(input_file& file) {
   file_state state = sized_state(file, static_cast<int>(nat.size()));
   for (int i = 1; i <= state.natom(); ++i) {
     state.nat(i) = static_cast<int>(std::clamp(nat[static_cast<std::size_t>(i - 1)], 0.0, 1000.0));
-    state.mass(i) = mass_of_ase(state.nat(i));
+    state.mass(i) = standard_weight(state.nat(i));
   }
   const std::size_t n3 = 3 * nat.size();
   if (content.contains("indices") && !content["indices"].is_null()) {
@@ -170,6 +171,40 @@ file_state ase_state(input_file& file) {
   take(numbers_of(file, ase_array(member(file, content, {"hessian"})), "hessian", n3 * n3), ev_per_ang2,
        state.fc.span());
   take_mean_of_triangles(file, state.fc);
+  return state;
+}
+
+file_state orca_property_state(input_file& file) {
+  const json content = parsed(file);
+  const json& steps = member(file, content, {"Geometries"});
+  const json* last = nullptr;
+  for (const json& step : steps)
+    if (step.is_object() && step.contains("Hessian")) last = &step;
+  if (last == nullptr) fail_at(file, "no geometry of this file has a Hessian", "the results of a Freq job");
+  const json& units = member(file, *last, {"Geometry", "Coordinates", "Units"});
+  if (units != "a.u.") fail_at(file, "the coordinates are not in bohr", "Units: a.u.");
+  const json& rows = member(file, *last, {"Geometry", "Coordinates", "Cartesians"});
+  if (!rows.is_array() || rows.empty()) fail_at(file, "Cartesians has no atoms", "symbol, x, y and z");
+  file_state state = sized_state(file, static_cast<int>(rows.size()));
+  for (int i = 1; i <= state.natom(); ++i) {
+    const json& row = rows[static_cast<std::size_t>(i - 1)];
+    const bool atom = row.is_array() && row.size() == 4 && row[0].is_string();
+    state.nat(i) = atom ? symbol_to_nat(row[0].get<std::string>()) : 0;
+    if (state.nat(i) == 0)
+      fail_at(file, "Cartesians: row " + std::to_string(i) + " is no atom", "symbol, x, y and z");
+    const json xyz = {row[1], row[2], row[3]};
+    take(numbers_of(file, xyz, "Cartesians", 3), 1.0, state.x.column(i));
+    state.mass(i) = standard_weight(state.nat(i));
+  }
+  const std::size_t n3 = 3 * rows.size();
+  take(numbers_of(file, member(file, *last, {"Hessian", "HESSIAN"}), "HESSIAN", n3 * n3), 1.0,
+       state.fc.span());
+  take_mean_of_triangles(file, state.fc);
+  const auto thermochemistry = last->find("THERMOCHEMISTRY_Energies");
+  if (thermochemistry != last->end() && thermochemistry->is_array() && !thermochemistry->empty()) {
+    const json& freq = member(file, thermochemistry->back(), {"FREQ"});
+    state.printed.frequencies = numbers_of(file, freq, "FREQ", 0);
+  }
   return state;
 }
 

@@ -114,14 +114,15 @@ std::optional<int> vasp_natom(input_file& file);
 void vasp_coord(input_file& file, array2<double>& x);
 
 // Programs whose files are read as a whole.
-file_state orca_hess_state(input_file& file);    // the Hessian file (orca.cpp)
-file_state orca_output_state(input_file& file);  // from the Hessian file beside the output
-file_state qchem_state(input_file& file);        // Q-Chem (qchem.cpp)
-file_state psi4_output_state(input_file& file);  // Psi4 (psi4.cpp)
-file_state psi4_hess_state(input_file& file);    // the Hessian file, with the output beside it
-file_state unsym_state(input_file& file);        // OpenMolcas (openmolcas.cpp)
-file_state qcschema_state(input_file& file);     // JSON (json.cpp)
-file_state ase_state(input_file& file);          // the VibrationsData of ASE
+file_state orca_hess_state(input_file& file);      // the Hessian file (orca.cpp)
+file_state orca_output_state(input_file& file);    // from the Hessian file beside the output
+file_state qchem_state(input_file& file);          // Q-Chem (qchem.cpp)
+file_state psi4_output_state(input_file& file);    // Psi4 (psi4.cpp)
+file_state psi4_hess_state(input_file& file);      // the Hessian file, with the output beside it
+file_state unsym_state(input_file& file);          // OpenMolcas (openmolcas.cpp)
+file_state qcschema_state(input_file& file);       // JSON (json.cpp)
+file_state ase_state(input_file& file);            // the VibrationsData of ASE
+file_state orca_property_state(input_file& file);  // the results of ORCA in JSON
 file_state hessian_block_state(
     input_file& file);  // xtb and Turbomole, with the geometry beside it (hessian_block.cpp)
 file_state gamess_output_state(input_file& file);  // GAMESS-US and Firefly (gamess.cpp)

@@ -130,6 +130,7 @@ TEST(broken_runs, files_of_more_programs_broken_in_every_way) {
       {"openmolcas/formaldehyde_neutral.UnSym", ""},
       {"json_qcschema/formaldehyde_neutral.json", ""},
       {"json_ase/formaldehyde_neutral.json", ""},
+      {"orca/water_v6.property.json", ""},
       {"psi4/formaldehyde_neutral.molden_normal_modes", ""},
       {"xtb/formaldehyde_neutral/hessian", "xtbopt.xyz"},
       {"psi4/formaldehyde_neutral.hess", "formaldehyde_neutral.out"}};
