@@ -204,6 +204,36 @@ TEST(spectrum_runs, threads_change_no_byte_and_stored_times_give_the_same_bands)
   }
 }
 
+TEST(spectrum_runs, damaged_times_and_keys_that_they_do_not_fit_are_named) {
+  whole_run run(std::filesystem::path(VBN_EXAMPLES) / "glyoxal");
+  run.program = "vbn-spectrum";
+  run.run("spectrum.inp");
+  const std::string times = run.read("vbn.correlation.csv");
+  const auto replaced = [&](const std::string& from, const std::string& to) {
+    std::string other = times;
+    return other.replace(other.find(from), from.size(), to);
+  };
+  const std::size_t rows = times.find("\nabsorption,298.15,");
+  const std::string keys = "energy = 17000 ";
+  for (const auto& [file, group, said] : std::vector<std::array<std::string, 3>>{
+           {times.substr(0, rows + 1), keys, "the correlation function ends early"},
+           {times.substr(0, rows), keys, "the correlation function ends early"},
+           {times.substr(0, times.find("transition,")), keys, "no correlation function in this file"},
+           {replaced("#grid,absorption,-", "#grid,absorption,x"), keys, "cannot read a number"},
+           {replaced("\nabsorption,0,", "\nabsorption,1,"), keys, "this line is not one of the absorption"},
+           {replaced("#band,absorption,", "#band,absorption,1,"), keys, "wrong number of columns"},
+           {replaced("#grid,absorption,", "#grid,absorption,0,"), keys, "wrong number of columns"},
+           {times, keys + "fwhm = 100", "the times end too early for fwhm = 100.00 cm-1"},
+           {times, keys + "fwhm = 20000", "the times do not hold the whole band for fwhm"},
+           {times, keys + "range = 0, 90000", "the times do not hold the whole range"}}) {
+    run.write("c.csv", file);
+    run.write("s.inp", "&spectrum " + group + " /\n");
+    run.run("--from' 'c.csv' 's.inp");
+    EXPECT_EQ(run.status, 1) << said;
+    EXPECT_NE(run.err.find(said), std::string::npos) << said << "\n" << run.err;
+  }
+}
+
 TEST(spectrum_runs, results_appear_only_when_all_are_complete) {
   whole_run run(std::filesystem::path(VBN_EXAMPLES) / "formaldehyde");
   run.program = "vbn-spectrum";
