@@ -59,7 +59,7 @@ void judge_growth(const direction& d, const thermal_band& at, const vibration_pa
   std::string modes;
   std::string to_leave;
   for (const mode_part& part : at.parts.growth) {
-    if (part.final != 0 || part.value < least_share * growth) continue;
+    if (part.final != 0 || part.value / growth < least_share) continue;
     modes += (modes.empty() ? "mode " : ", mode ") +
              std::to_string(d.mode_i[static_cast<std::size_t>(part.mode - 1)]) + " (" +
              with_digits(d.t.w_i(part.mode) * au_to_cm, 1) + " cm-1; " + whole(part.value * au_to_cm) +
