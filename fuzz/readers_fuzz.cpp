@@ -29,6 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   attempt([&] { qm_file_nat(file, natom); });
   attempt([&] { qm_file_mass(file, natom); });
   attempt([&] { qm_file_coord(file, natom); });
+  attempt([&] { qm_file_printed(file); });
   attempt([&] { qm_file_fc(file, natom); });
   attempt([&] {
     const oniom_count count = qm_file_natom_oniom_qm(file);

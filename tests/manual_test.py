@@ -1,13 +1,15 @@
 """Runs what the manual shows, so that it cannot go stale: manual_test.py PROGRAM MAN_PAGES.
 
 Every input group of the pages, on the real files of examples/; the message of docs/input.md; the steps of examples/README.md;
-the worked example of docs/theory.md, number by number and sum by sum; what `man` makes of the manual pages;
+the worked example of docs/theory.md, number by number and sum by sum; the lines for PySCF; what `man` makes of the manual pages;
 and the completion of the shell."""
 import re
 import shutil
 import subprocess
 import sys
 import tempfile
+import textwrap
+import types
 import unittest
 from pathlib import Path
 
@@ -112,6 +114,29 @@ class Manual(unittest.TestCase):
             shown = subprocess.check_output(['bash', '-c', script, 'bash', word, PROGRAM.with_name(program)],
                                             cwd=self.folder, text=True)
             self.assertEqual(shown.strip(), offered)
+
+    def test_the_lines_for_pyscf_write_the_force_constants(self):
+        lines = textwrap.dedent(re.search(r'^ {6}import json\n(?: {6}.*\n)+', (ROOT / 'docs/programs.md').read_text(), re.M)[0])
+        try:
+            import numpy
+        except ImportError:
+            self.skipTest('numpy is not there')
+        symbols, masses = ['C', 'O', 'H', 'F'], numpy.repeat([12.0, 15.99491461957, 1.00782503223, 18.99840316273], 3)
+        numbers = numpy.random.default_rng(3)
+        x, a = numbers.normal(size=(4, 3)) * 2.0, numbers.normal(size=(12, 12)) * 0.3
+        motions = [numpy.tile(e, 4) for e in numpy.eye(3)] + [numpy.cross(e, x).ravel() for e in numpy.eye(3)]
+        inner = numpy.linalg.svd(numpy.array(motions))[2][6:]  # without translations and rotations
+        h = inner.T @ inner @ a @ a.T @ inner.T @ inner
+        by_atoms = h.reshape(4, 3, 4, 3).transpose(0, 2, 1, 3)
+        self.assertEqual(by_atoms[1, 2, 0, 1], h[3, 7])  # x of atom 2, y of atom 3
+        mol = types.SimpleNamespace(natm=4, atom_symbol=lambda i: symbols[i], atom_coords=lambda: x)
+        mf = types.SimpleNamespace(mol=mol, Hessian=lambda: types.SimpleNamespace(kernel=lambda: by_atoms))
+        exec(lines.replace("'mol.json'", repr(str(self.folder / 'mol.json'))), {'mf': mf})
+        (self.folder / 'my.inp').write_text("&vbn ffreq = 2*'mol.json', set_cart = t /")
+        subprocess.run([PROGRAM, 'my.inp'], cwd=self.folder, capture_output=True, check=True)
+        values = numpy.linalg.eigvalsh(h / numpy.sqrt(numpy.outer(masses, masses)) / 1822.888486)[6:]
+        rows = [row for row in self.section('vbn.cart.dat', 'BEGIN_OUTPUT_1', 'END_OUTPUT_1') if row[0].isdigit() and row[1] != '0']
+        numpy.testing.assert_allclose([float(row[3]) for row in rows], numpy.sqrt(values) * 219474.6313632, atol=0.01)
 
     @unittest.skipUnless(shutil.which('man'), 'man is not there')
     def test_man_shows_the_pages(self):

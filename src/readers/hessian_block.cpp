@@ -11,7 +11,7 @@
 #include "readers/state_parts.hpp"  // for sized_state, element_of_label, take_mean_of_triangles
 #include "text/number.hpp"          // for to_real
 #include "text/stop.hpp"            // for fail, fail_in
-#include "text/words.hpp"           // for word_of, number_of_words, trim
+#include "text/words.hpp"           // for word_of, number_of_words, trim, adjustl
 
 namespace vbn {
 
@@ -104,7 +104,11 @@ file_state hessian_block_state(input_file& file) {
   std::size_t heading = file.content().starts_with("$hessian") ? 0 : file.content().find("\n$hessian");
   if (heading == none) heading = file.content().find("\n$nprhessian");
   if (heading == none) heading = 0;  // "$nprhessian" in the first line
-  file.seek_line_after(heading == 0 ? 0 : heading + 1);
+  const std::string_view first = file.seek_line_after(heading == 0 ? 0 : heading + 1);
+  if (first.find("file=") != none) {
+    fail_in(file.name(), "the force constants are in another file",
+            "the file named in \"" + std::string(adjustl(first)) + "\", with the file coord beside it");
+  }
   bool numbered = false;
   const std::vector<double> numbers = block_numbers(file, numbered);
   const std::string name =

@@ -95,6 +95,7 @@ file_state mopac_aux_state(input_file& file) {
     freq.resize(n3 > external ? n3 - external : 0);
     state.printed.frequencies = freq;
   }
+  state.printed.method = word_after_last(file, "\n METHOD=", std::string_view::npos);
   return state;
 }
 

@@ -20,8 +20,15 @@ file_state read_geometry(input_file& file, std::size_t end) {
   const std::string_view heading =
       file.seek_line_after(need_before(file, "    Geometry (in ", end, "the geometry"));
   skip_rows(file, 3, "the heading of the table of atoms");
-  return read_atoms(file, {.label = 1, .before_x = 1, .mass = 5, .angstrom = heading.find("Bohr") == none},
-                    "the rows of the geometry: symbol, x, y, z and mass");
+  file_state state =
+      read_atoms(file, {.label = 1, .before_x = 1, .mass = 5, .angstrom = heading.find("Bohr") == none},
+                 "the rows of the geometry: symbol, x, y, z and mass");
+  // Auxiliary basis sets follow the first name.
+  constexpr std::string_view label = "Basis Set:";
+  const std::size_t primary = last_before(file, "==> Primary Basis <==", none);
+  const std::size_t at = primary == none ? none : file.content().find(label, primary);
+  if (at != none) state.printed.basis_set = word_after_last(file, label, at + label.size());
+  return state;
 }
 
 // The output of a Hessian file: of the same name with another ending, or of a name that the Hessian file

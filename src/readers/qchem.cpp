@@ -8,7 +8,7 @@
 #include "readers/state_parts.hpp"  // for the parts of a state
 #include "text/number.hpp"          // for to_real
 #include "text/stop.hpp"            // for fail
-#include "text/words.hpp"           // for word_of, number_of_words
+#include "text/words.hpp"           // for word_of, number_of_words, lowercase
 
 namespace vbn {
 
@@ -57,6 +57,19 @@ void read_weighted(input_file& file, array2<double>& a) {
   }
 }
 
+// "b3lyp" of "METHOD b3lyp" or "method = b3lyp" in the last group $rem of the text; empty for none.
+std::string rem_value(std::string_view text, std::string_view variable) {
+  std::string value;
+  text.remove_prefix(std::min(text.rfind("\n$rem"), text.size()));
+  text = text.substr(0, text.find("\n$end"));
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    if (lowercase(word_of(line, 1)) == variable) value = word_of(line, word_of(line, 2) == "=" ? 3 : 2);
+  }
+  return value;
+}
+
 // The masses after the matrix, before the next job; those of the isotopes stay where there are none.
 void read_masses(input_file& file, std::size_t end, file_state& state) {
   constexpr std::string_view expected =
@@ -102,6 +115,11 @@ file_state qchem_state(input_file& file) {
   append_rows(file, "Frequency:", next_job, state.printed.frequencies);
   file.seek_line_after(after_matrix - 1);
   read_masses(file, next_job, state);
+  const std::string_view before = file.content().substr(0, matrix);
+  state.printed.method = rem_value(before, "method");
+  if (rem_value(before, "correlation").empty() && state.printed.method.empty())
+    state.printed.method = rem_value(before, "exchange");
+  state.printed.basis_set = rem_value(before, "basis");
   if (divided) remove_masses(state.mass, 1.0, state.fc);  // hartree/(bohr^2 amu)
   take_mean_of_triangles(file, state.fc);
   return state;

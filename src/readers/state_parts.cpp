@@ -184,6 +184,13 @@ std::size_t last_before(const input_file& file, std::string_view word, std::size
   return file.content().substr(0, end).rfind(word);
 }
 
+std::string word_after_last(const input_file& file, std::string_view marker, std::size_t end) {
+  const std::size_t at = last_before(file, marker, end);
+  if (at == std::string_view::npos) return {};
+  const std::string_view text = file.content().substr(at + marker.size());
+  return std::string(word_of(text.substr(0, text.find_first_of("\r\n")), 1));
+}
+
 std::size_t need_before(const input_file& file, std::string_view word, std::size_t end,
                         std::string_view what) {
   const std::size_t at = last_before(file, word, end);

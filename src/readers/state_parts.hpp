@@ -61,7 +61,10 @@ void append_rows(input_file& file, std::string_view label, std::size_t end, std:
 // The offset of the last `word` before the byte at `end`; npos for none.
 std::size_t last_before(const input_file& file, std::string_view word, std::size_t end);
 
-// The same; without it the run ends, since `what` is missing.
+// The word after the last `marker` before the byte at `end`, in the line of the marker; empty for none.
+std::string word_after_last(const input_file& file, std::string_view marker, std::size_t end);
+
+// As `last_before`; without the word the run ends, since `what` is missing.
 std::size_t need_before(const input_file& file, std::string_view word, std::size_t end,
                         std::string_view what);
 
