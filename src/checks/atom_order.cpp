@@ -18,8 +18,8 @@ namespace vbn {
 
 namespace {
 
-constexpr long most_trials = 500'000;  // placements of an atom before the search is given up
-constexpr double far_apart = 0.1;      // angstrom; nearer geometries have their atoms in one order
+constexpr long most_compared = 10'000'000;  // compared distances before the search is given up
+constexpr double far_apart = 0.1;           // angstrom; nearer geometries have their atoms in one order
 constexpr double pair_slack =
     0.002;  // bohr a pair of atoms; orders that differ less are compared by rotation
 constexpr double clearly_nearer = 0.7;  // the distance with the other order over that with the given one
@@ -87,10 +87,10 @@ struct search {
   double least = std::numeric_limits<double>::infinity();
   double limit = std::numeric_limits<double>::infinity();  // of the sum, for an order to be compared
   atom_order as_is = {}, mirrored = {};                    // the nearest of each
-  long trials = 0, most = most_trials;
+  long compared = 0, most = most_compared;
 
   bool fits(std::size_t step, int i, int k, double& cost) {
-    ++trials;
+    compared += 1 + static_cast<long>(step);
     if (class1[static_cast<std::size_t>(i - 1)] != class2[static_cast<std::size_t>(k - 1)]) return false;
     for (std::size_t s = 0; s < step && cost < limit; ++s) {
       const int j = order[s];
@@ -127,10 +127,10 @@ struct search {
       if (fits(step, i, k, with)) candidates.emplace_back(with, k);
     }
     std::ranges::sort(candidates);
-    if (step == 0) most = most_trials / std::max<long>(1, static_cast<long>(candidates.size()));
+    if (step == 0) most = most_compared / std::max<long>(1, static_cast<long>(candidates.size()));
     for (const auto& [with, k] : candidates) {
-      if (step == 0) trials = 0;  // each place of the first atom gets its share
-      if (with >= limit || trials > most) return;
+      if (step == 0) compared = 0;  // each place of the first atom gets its share
+      if (with >= limit || compared > most) return;
       place(i) = k;
       taken[static_cast<std::size_t>(k - 1)] = true;
       place_next(step + 1, with);
