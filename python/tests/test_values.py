@@ -95,7 +95,7 @@ def test_every_column_of_every_file(case, keys, tmp_path, monkeypatch):
     for file in case.parent.iterdir():
         (tmp_path / file.name).symlink_to(file)
     monkeypatch.chdir(tmp_path)
-    group, end = case.read_text().rsplit('/', 1)
+    group, end = case.read_text().split('&spectrum')[0].rsplit('/', 1)
     Path('run.inp').write_text(f'{group} proj_reorg = t {keys}\n/{end}')
     before = sorted(os.listdir())
     try:
