@@ -238,6 +238,40 @@ void follow_phases(const path_part& c, std::vector<path_value>& path) {
     path[i].log_chi.imag(follow(c, path[i - 2], path[i - 1], path[i], 0));
 }
 
+// What tells the precision of a sum over the path.
+struct path_sum {
+  double largest = 0.0;    // sum of the magnitudes of its terms
+  double of_others = 0.0;  // the result from every other point
+};
+
+// The integrals over the path, into `value`.
+path_sum add_up(const path_part& c, const std::vector<path_value>& path, double energy, double sigma,
+                tail_value& value) {
+  path_sum sum;
+  const bool couplings = c.u.size() > 0;
+  const double step = (path[1].time - path[0].time).real();
+  value.fc = value.ic = 0.0;
+  value.ic_share.assign(couplings ? static_cast<std::size_t>(c.t.n()) : 0, 0.0);
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    const complex time = path[i].time;
+    const complex term =
+        (i == 0 ? 0.5 : 1.0) * step / std::numbers::pi *
+        std::exp(i_unit * energy * time + path[i].log_chi - 0.5 * sigma * sigma * time * time);
+    complex factor = couplings ? 0.0 : 1.0;
+    for (const complex share : path[i].shares) factor += share;
+    value.fc += term.real();
+    sum.largest += std::abs(term * factor);
+    if (i % 2 == 0) sum.of_others += 2.0 * (term * factor).real();
+    for (std::size_t l = 0; l < value.ic_share.size(); ++l) {
+      const double part = (term * path[i].shares[l]).real();
+      value.ic_share[l] += part;
+      value.ic += part;
+    }
+  }
+  value.points = static_cast<int>(path.size());
+  return sum;
+}
+
 }  // namespace
 
 tail_value line_shape_at(const transition& t, const transition_operator& o, double kt, double energy,
@@ -269,28 +303,11 @@ tail_value line_shape_at(const transition& t, const transition_operator& o, doub
       count *= 2;
     }
     follow_phases(c, path);
-    const double step = end / static_cast<double>(count);
-    best.fc = best.ic = 0.0;
-    double largest = 0.0;  // sum of magnitudes
-    best.ic_share.assign(c.u.size() > 0 ? static_cast<std::size_t>(t.n()) : 0, 0.0);
-    for (std::size_t i = 0; i < count; ++i) {
-      const complex time = path[i].time;
-      const complex term =
-          (i == 0 ? 0.5 : 1.0) * step / std::numbers::pi *
-          std::exp(i_unit * energy * time + path[i].log_chi - 0.5 * sigma * sigma * time * time);
-      best.fc += term.real();
-      complex momenta = 0.0;
-      for (const complex share : path[i].shares) momenta += share;
-      largest += std::abs(term) * (c.u.size() > 0 ? std::abs(momenta) : 1.0);
-      for (std::size_t l = 0; l < best.ic_share.size(); ++l) {
-        best.ic_share[l] += (term * path[i].shares[l]).real();
-        best.ic += (term * path[i].shares[l]).real();
-      }
-    }
-    best.points = static_cast<int>(count);
+    const path_sum sum = add_up(c, path, energy, sigma, best);
     const double now = c.u.size() > 0 ? best.ic : best.fc;
-    best.precision = rounding * largest / std::abs(now);
-    best.converged = halving > 0 && std::abs(now - last) <= agreement * std::abs(now) + rounding * largest;
+    best.precision = rounding * sum.largest / std::abs(now);
+    if (halving == 0) last = sum.of_others;
+    best.converged = std::abs(now - last) <= agreement * std::abs(now) + rounding * sum.largest;
     if (best.converged) break;
     last = now;
   }

@@ -15,7 +15,7 @@ struct tail_value {
   double eta = 0.0;              // shift of the path
   int points = 0;
   double precision = 0.0;  // relative rounding error: large in a gap between narrow lines
-  bool converged = false;  // a step of half the length changed nothing
+  bool converged = false;  // twice the step gives the same
 };
 
 // F(E) for a Gaussian of standard deviation `sigma` (hartree), with the times t + i eta. Eta is the saddle
