@@ -79,8 +79,8 @@ bool is_linear(const array2<double>& x) {
 std::vector<int> vibrations_of(const input_file& file, const file_state& state,
                                const std::vector<double>& freq) {
   const int modes = static_cast<int>(freq.size());
-  const int least = 3 * state.natom() - external_modes + (is_linear(state.x) ? 1 : 0);
-  if (modes < least || modes > 3 * state.natom()) {
+  const int least = std::max(0, 3 * state.natom() - external_modes + (is_linear(state.x) ? 1 : 0));
+  if (least == 0 || modes < least || modes > 3 * state.natom()) {
     fail_in(file.name(),
             "the file has " + std::to_string(modes) + " frequencies, and its molecule " +
                 std::to_string(least) + " vibrations",
