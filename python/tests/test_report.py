@@ -153,7 +153,8 @@ def test_the_command_writes_a_whole_page_or_none(tmp_path):
     assert {'report.modes1.cjson', 'report.modes2.molden', 'report.geometries.xyz'} < set(os.listdir(tmp_path))
     files = sorted(os.listdir(tmp_path))
     (tmp_path / 'wrong.inp').write_text("&vbn\n ffreq = 'cation.out', 'none.out'\n/\n")
-    for arguments in (['wrong.inp'], ['--help', '-o', 'nowhere/page.html'], [], ['--helps'], ['wrong.inp', '-o']):
+    for arguments in (['wrong.inp'], ['--help', '-o', 'nowhere/page.html'], ['--help', '-o', 'cation.out'], ['--help', '-o', '.'], [],
+                      ['--helps'], ['wrong.inp', '-o']):
         done = command(*arguments, folder=tmp_path)
         assert done.returncode == 1 and done.stderr.startswith('error: ') and 'Traceback' not in done.stderr
     assert sorted(os.listdir(tmp_path)) == sorted([*files, 'wrong.inp']) and (tmp_path / 'report.html').read_text() == html

@@ -71,6 +71,9 @@ def main(arguments=None):
             with open(options.file, encoding='utf-8', errors='surrogateescape') as file:
                 text = file.read()
             spectrum = spectrum_of_group(analysis, text) if re.search(r'^\s*&spectrum\b', text, re.M | re.I) else None
+        for name in (options.file, *analysis.files):
+            if os.path.exists(options.page) and os.path.samefile(name, options.page):
+                return _error(f'error: the page would overwrite {name}\nexpected: another name after -o')
         report.write(analysis, options.page, text, options.pictures, options.viewer_files, spectrum)
     except vbn.Error as stop:
         return _error(''.join(f'warning: {each.message}\n' for each in found) + str(stop))
