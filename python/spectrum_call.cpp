@@ -134,6 +134,7 @@ py::dict band_of(const direction& d, const spectrum_results& r) {
   const bool dipole = d.o.mu0.size() == 3;
   const std::vector<std::size_t> rows = written_energies(d, r.gap);
   std::vector<double> w;
+  w.reserve(rows.size());
   for (const std::size_t i : rows) w.push_back(d.photon(d.grid.energy(i), r.gap.value_or(0.0)) * au_to_cm);
   py::dict band;
   band["wavenumbers"] = copied(w);
